@@ -1,0 +1,37 @@
+# Thin wrapper over CMake: every target bootstraps, configures and builds what it needs.
+BUILD      ?= build
+ASAN_BUILD ?= build-asan
+WERROR     := $(if $(CI),ON,OFF)
+CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
+
+.PHONY: all bootstrap build run test bench sanitize clean
+
+all: build
+
+bootstrap:
+	@scripts/bootstrap
+
+$(BUILD)/build.ninja: CMakeLists.txt | bootstrap
+	$(CMAKE_GEN) -S . -B $(BUILD)
+
+build: bootstrap $(BUILD)/build.ninja
+	cmake --build $(BUILD)
+
+run: build
+	@examples/run_demo $(BUILD)/korvanel
+
+test: build
+	ctest --test-dir $(BUILD) --output-on-failure -j2
+
+bench: bootstrap $(BUILD)/build.ninja
+	cmake --build $(BUILD) --target korvanel_bench
+	$(BUILD)/bench/korvanel_bench $(BENCH_ARGS)
+
+# The whole suite under AddressSanitizer + UndefinedBehaviorSanitizer.
+sanitize: bootstrap
+	$(CMAKE_GEN) -S . -B $(ASAN_BUILD) -DKORVANEL_SANITIZE=ON -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
+	cmake --build $(ASAN_BUILD)
+	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j2
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD)

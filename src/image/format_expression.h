@@ -1,0 +1,43 @@
+#pragma once
+
+// A format expression says how the bytes of a headerless raw file are laid
+// out: "[regex],[A],[offset],packing,layout...,bpp", e.g. "P,Y,8",
+// "I,YUYV,-16", "PI,YYYYUV,8", "A,P,Y,16", "-1024,I,RGB,8".
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace korvanel {
+
+enum class ColorKind : uint32_t { Rgb = 0, Yuv = 1, Gray = 2 };
+enum class Packing : uint32_t { Interleave = 0, Planar = 1, PlanarInterleave = 2 };
+
+inline constexpr int32_t kOffsetNotGiven = 0x7FFFFFFF;
+
+struct FormatExpression {
+  std::string regex = ".*";
+  ColorKind color_kind = ColorKind::Gray;
+  Packing packing = Packing::Planar;
+  // I and PI: the one layout token; P: the three tokens joined by single blanks.
+  std::string layout = "Y";
+  // The text behind the regex without the leading A and offset tokens.
+  std::string expression;
+  // 8, 16, 32, -16 or -32; negative means big-endian components.
+  int32_t bpp = 8;
+  int32_t offset = kOffsetNotGiven;
+  bool ascii = false;
+  uint32_t line = 0;
+
+  bool HasOffset() const { return offset != kOffsetNotGiven; }
+  uint32_t BytesPerComponent() const { return (static_cast<uint32_t>(bpp < 0 ? -bpp : bpp) + 7) / 8; }
+  uint32_t BitsPerComponent() const { return static_cast<uint32_t>(bpp < 0 ? -bpp : bpp); }
+  bool BigEndian() const { return bpp < 0; }
+
+  friend bool operator==(const FormatExpression&, const FormatExpression&) = default;
+};
+
+// "I", "P", "PI" as written in expressions.
+std::string_view PackingToken(Packing packing);
+
+}  // namespace korvanel

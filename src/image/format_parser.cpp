@@ -1,0 +1,184 @@
+#include "image/format_parser.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "image/text_util.h"
+
+namespace korvanel {
+
+std::string_view PackingToken(Packing packing) {
+  switch (packing) {
+    case Packing::Interleave: return "I";
+    case Packing::Planar: return "P";
+    case Packing::PlanarInterleave: return "PI";
+  }
+  return "?";
+}
+
+namespace {
+
+bool ContainsAnyOf(std::string_view token, std::string_view letters) {
+  return token.find_first_of(letters) != std::string_view::npos;
+}
+
+struct Layout {
+  ColorKind kind;
+  std::string text;
+};
+
+// Drops the expression text up to and including its first comma.
+std::string_view DropThroughComma(std::string_view text) {
+  const size_t comma = text.find(',');
+  return comma == std::string_view::npos ? std::string_view{} : text.substr(comma + 1);
+}
+
+std::optional<Packing> ParsePacking(std::string_view token) {
+  if (token == "I") return Packing::Interleave;
+  if (token == "P") return Packing::Planar;
+  if (token == "PI") return Packing::PlanarInterleave;
+  return std::nullopt;
+}
+
+// layout (I)  ::= 3 chars with one of R,G,B  |  2..8 chars with one of Y,U,V
+std::optional<Layout> ParseInterleaveLayout(const std::vector<std::string>& tokens) {
+  if (tokens.empty()) return std::nullopt;
+  const std::string& t = tokens[0];
+  if (t.size() == 3 && ContainsAnyOf(t, "RGB")) return Layout{ColorKind::Rgb, t};
+  if (t.size() >= 2 && t.size() <= 8 && ContainsAnyOf(t, "YUV")) return Layout{ColorKind::Yuv, t};
+  return std::nullopt;
+}
+
+// layout (P)  ::= 3 tokens with R/G/B  |  3 tokens with Y/U/V  |  "Y"
+std::optional<Layout> ParsePlanarLayout(const std::vector<std::string>& tokens) {
+  auto all_three = [&](std::string_view letters) {
+    return tokens.size() >= 3 && ContainsAnyOf(tokens[0], letters) &&
+           ContainsAnyOf(tokens[1], letters) && ContainsAnyOf(tokens[2], letters);
+  };
+  auto joined = [&] { return tokens[0] + " " + tokens[1] + " " + tokens[2]; };
+  if (all_three("RGB")) return Layout{ColorKind::Rgb, joined()};
+  if (all_three("YUV")) return Layout{ColorKind::Yuv, joined()};
+  // Grey is the single token "Y" and nothing else: "P,Y,U,8" is a typo, not grey.
+  if (tokens.size() == 1 && tokens[0] == "Y") return Layout{ColorKind::Gray, "Y"};
+  return std::nullopt;
+}
+
+// layout (PI) ::= one token with Y/U/V
+std::optional<Layout> ParsePlanarInterleaveLayout(const std::vector<std::string>& tokens) {
+  if (!tokens.empty() && ContainsAnyOf(tokens[0], "YUV")) return Layout{ColorKind::Yuv, tokens[0]};
+  return std::nullopt;
+}
+
+std::optional<Layout> ParseLayout(Packing packing, const std::vector<std::string>& tokens) {
+  switch (packing) {
+    case Packing::Interleave: return ParseInterleaveLayout(tokens);
+    case Packing::Planar: return ParsePlanarLayout(tokens);
+    case Packing::PlanarInterleave: return ParsePlanarInterleaveLayout(tokens);
+  }
+  return std::nullopt;
+}
+
+void LogError(ILineSink& log, const std::string& text) { log.AddLine(text); }
+
+}  // namespace
+
+// entry ::= "[" regex "]" sep [ "A" "," ] [ offset "," ] packing "," layout... "," bpp
+bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, ILineSink& log) {
+  const std::string entry_text(entry);
+  const size_t open = entry.find('[');
+  const size_t close = entry.rfind(']');
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
+    LogError(log, StrFormat("Parse error [#%u]: Can't parse regex in %s", line, entry_text.c_str()));
+    return false;
+  }
+
+  FormatExpression format;
+  format.line = line;
+  format.regex = std::string(entry.substr(open + 1, close - open - 1));
+  if (format.regex.empty()) format.regex = ".*";
+
+  std::string_view text = close + 2 <= entry.size() ? entry.substr(close + 2) : std::string_view{};
+  text = TrimAscii(text);
+  const std::vector<std::string> tokens = SplitTokens(text, ", \t");
+  if (tokens.empty()) {
+    LogError(log, StrFormat("Parse error [#%u]: No format expression found in %s", line,
+                            entry_text.c_str()));
+    return false;
+  }
+
+  size_t next = 0;
+  if (tokens[next][0] == 'A') {
+    format.ascii = true;
+    ++next;
+    text = DropThroughComma(text);
+  }
+  if (next < tokens.size()) {
+    const int32_t value = ParseLeadingInt32(tokens[next]);
+    if (value != 0 || tokens[next] == "0") {
+      format.offset = value;
+      ++next;
+      text = DropThroughComma(text);
+    }
+  }
+  format.expression = std::string(text);
+
+  const std::string packing_token = next < tokens.size() ? tokens[next] : std::string{};
+  const std::optional<Packing> packing = ParsePacking(packing_token);
+  if (!packing) {
+    LogError(log, StrFormat("Parse error [#%u]: Illegal packing '%s'", line, packing_token.c_str()));
+    return false;
+  }
+  format.packing = *packing;
+
+  // The layout tokens stand between the packing and the last token (the bpp).
+  const size_t layout_begin = next + 1;
+  const size_t layout_end = tokens.size() - 1;
+  std::vector<std::string> layout_tokens;
+  if (layout_begin < layout_end) {
+    layout_tokens.assign(tokens.begin() + static_cast<ptrdiff_t>(layout_begin),
+                         tokens.begin() + static_cast<ptrdiff_t>(layout_end));
+  }
+  const std::optional<Layout> layout = ParseLayout(format.packing, layout_tokens);
+  if (!layout) {
+    LogError(log, StrFormat("Parse error [#%u]: Illegal '%s' in this context", line,
+                            format.expression.c_str()));
+    return false;
+  }
+  format.color_kind = layout->kind;
+  format.layout = layout->text;
+
+  format.bpp = ParseLeadingInt32(tokens.back());
+  const int32_t magnitude = format.bpp < 0 ? -format.bpp : format.bpp;
+  if (magnitude != 8 && magnitude != 16 && magnitude != 32) {
+    LogError(log, StrFormat("Parse error [#%u]: Illegal BPP %d", line, format.bpp));
+    return false;
+  }
+
+  group.formats.push_back(std::move(format));
+  return true;
+}
+
+bool SetDirectExpression(std::string_view text, uint32_t width, uint32_t height,
+                         DirectFormat& direct, ILineSink& log) {
+  if (uint64_t{width} * height == 0) {
+    direct.in_force = false;
+    return true;
+  }
+  const std::string full = "[.*]," + ToUpperAscii(text);
+  log.BeginEntry("Set custom format expression");
+  log.AddLine(StrFormat("Trying to set: %s", full.c_str()));
+
+  direct.group = FormatGroup{};
+  direct.group.width_group = -1;
+  direct.group.height_group = -1;
+  direct.group.width_value = width;
+  direct.group.height_value = height;
+
+  const bool ok = ParseFormatLine(full, 0, direct.group, log);
+  log.AddLine(StrFormat("Status: %s", ok ? "Success" : "Fail"));
+  direct.in_force = ok;
+  return ok;
+}
+
+}  // namespace korvanel

@@ -1,0 +1,201 @@
+#include "image/format_parser.h"
+
+#include <gtest/gtest.h>
+
+#include "image/format_generator.h"
+#include "support/collecting_sink.h"
+
+namespace korvanel {
+namespace {
+
+using test::CollectingSink;
+
+struct Accepted {
+  const char* entry;
+  ColorKind kind;
+  Packing packing;
+  const char* layout;
+  const char* expression;
+  int32_t bpp;
+  int32_t offset;
+  bool ascii;
+  const char* regex;
+};
+
+void PrintTo(const Accepted& c, std::ostream* os) { *os << c.entry; }
+
+class FormatAccepted : public ::testing::TestWithParam<Accepted> {};
+
+TEST_P(FormatAccepted, FillsEveryField) {
+  const Accepted& c = GetParam();
+  FormatGroup group;
+  CollectingSink log;
+  ASSERT_TRUE(ParseFormatLine(c.entry, 7, group, log)) << (log.lines.empty() ? "" : log.lines[0]);
+  ASSERT_EQ(group.formats.size(), 1u);
+  const FormatExpression& f = group.formats[0];
+  EXPECT_EQ(f.color_kind, c.kind);
+  EXPECT_EQ(f.packing, c.packing);
+  EXPECT_EQ(f.layout, c.layout);
+  EXPECT_EQ(f.expression, c.expression);
+  EXPECT_EQ(f.bpp, c.bpp);
+  EXPECT_EQ(f.offset, c.offset);
+  EXPECT_EQ(f.ascii, c.ascii);
+  EXPECT_EQ(f.regex, c.regex);
+  EXPECT_EQ(f.line, 7u);
+  EXPECT_TRUE(log.lines.empty());
+}
+
+constexpr int32_t kNone = kOffsetNotGiven;
+INSTANTIATE_TEST_SUITE_P(
+    Forms, FormatAccepted,
+    ::testing::Values(
+        Accepted{"[.*],P,Y,8", ColorKind::Gray, Packing::Planar, "Y", "P,Y,8", 8, kNone, false, ".*"},
+        Accepted{"[.*],A,P,Y,16", ColorKind::Gray, Packing::Planar, "Y", "P,Y,16", 16, kNone, true, ".*"},
+        Accepted{"[.*],0,I,RGB,8", ColorKind::Rgb, Packing::Interleave, "RGB", "I,RGB,8", 8, 0, false, ".*"},
+        Accepted{"[.*],-1024,I,YUYV,-16", ColorKind::Yuv, Packing::Interleave, "YUYV", "I,YUYV,-16", -16,
+                 -1024, false, ".*"},
+        Accepted{"[],I,BGR,32", ColorKind::Rgb, Packing::Interleave, "BGR", "I,BGR,32", 32, kNone, false, ".*"},
+        Accepted{"[.*\\.yuv] P,YY,U,V,8", ColorKind::Yuv, Packing::Planar, "YY U V", "P,YY,U,V,8", 8, kNone,
+                 false, ".*\\.yuv"},
+        Accepted{"[x],P,B,G,R,-32", ColorKind::Rgb, Packing::Planar, "B G R", "P,B,G,R,-32", -32, kNone, false,
+                 "x"},
+        Accepted{"[x],PI,YYYYVU,8", ColorKind::Yuv, Packing::PlanarInterleave, "YYYYVU", "PI,YYYYVU,8", 8,
+                 kNone, false, "x"},
+        Accepted{"[x],A,100,P,Y,8", ColorKind::Gray, Packing::Planar, "Y", "P,Y,8", 8, 100, true, "x"},
+        // The loader, not the parser, refuses letters outside the family.
+        Accepted{"[x],I,YUVA,8", ColorKind::Yuv, Packing::Interleave, "YUVA", "I,YUVA,8", 8, kNone, false, "x"},
+        // Three characters without R/G/B fall to the YUV row.
+        Accepted{"[x],I,UYV,8", ColorKind::Yuv, Packing::Interleave, "UYV", "I,UYV,8", 8, kNone, false, "x"},
+        // Whatever stands between layout and the last token is ignored.
+        Accepted{"[x],I,RGB,junk,16", ColorKind::Rgb, Packing::Interleave, "RGB", "I,RGB,junk,16", 16, kNone,
+                 false, "x"},
+        Accepted{"[x],P,Y,-8", ColorKind::Gray, Packing::Planar, "Y", "P,Y,-8", -8, kNone, false, "x"},
+        Accepted{"[x] P Y 8", ColorKind::Gray, Packing::Planar, "Y", "P Y 8", 8, kNone, false, "x"}));
+
+struct Refused {
+  const char* entry;
+  const char* message;
+};
+
+void PrintTo(const Refused& c, std::ostream* os) { *os << c.entry; }
+
+class FormatRefused : public ::testing::TestWithParam<Refused> {};
+
+TEST_P(FormatRefused, LogsOneLineAndLeavesGroup) {
+  FormatGroup group;
+  CollectingSink log;
+  EXPECT_FALSE(ParseFormatLine(GetParam().entry, 3, group, log));
+  EXPECT_TRUE(group.formats.empty());
+  ASSERT_EQ(log.lines.size(), 1u);
+  EXPECT_EQ(log.lines[0], GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Forms, FormatRefused,
+    ::testing::Values(
+        Refused{"P,Y,8", "Parse error [#3]: Can't parse regex in P,Y,8"},
+        Refused{"[.*",  "Parse error [#3]: Can't parse regex in [.*"},
+        Refused{"].*[,P,Y,8", "Parse error [#3]: Can't parse regex in ].*[,P,Y,8"},
+        Refused{"[.*]", "Parse error [#3]: No format expression found in [.*]"},
+        Refused{"[.*], , ,", "Parse error [#3]: No format expression found in [.*], , ,"},
+        Refused{"[.*],X,Y,8", "Parse error [#3]: Illegal packing 'X'"},
+        Refused{"[.*],A", "Parse error [#3]: Illegal packing ''"},
+        Refused{"[.*],P,Y,12", "Parse error [#3]: Illegal BPP 12"},
+        Refused{"[.*],P,Y,24", "Parse error [#3]: Illegal BPP 24"},
+        Refused{"[.*],P,Y,-12", "Parse error [#3]: Illegal BPP -12"},
+        Refused{"[.*],P,Y,bits", "Parse error [#3]: Illegal BPP 0"},
+        Refused{"[.*],I,RGBA,8", "Parse error [#3]: Illegal 'I,RGBA,8' in this context"},
+        Refused{"[.*],I,Y,8", "Parse error [#3]: Illegal 'I,Y,8' in this context"},
+        Refused{"[.*],I,YYYYYUUUV,8", "Parse error [#3]: Illegal 'I,YYYYYUUUV,8' in this context"},
+        Refused{"[.*],P,Y,U,8", "Parse error [#3]: Illegal 'P,Y,U,8' in this context"},
+        Refused{"[.*],P,R,G,X,8", "Parse error [#3]: Illegal 'P,R,G,X,8' in this context"},
+        Refused{"[.*],P,8", "Parse error [#3]: Illegal 'P,8' in this context"},
+        Refused{"[.*],PI,RGB,8", "Parse error [#3]: Illegal 'PI,RGB,8' in this context"},
+        Refused{"[.*],-5,I,8", "Parse error [#3]: Illegal 'I,8' in this context"}));
+
+TEST(FormatParser, AppendsToExistingFormatsInOrder) {
+  FormatGroup group;
+  CollectingSink log;
+  ASSERT_TRUE(ParseFormatLine("[a],P,Y,8", 1, group, log));
+  ASSERT_FALSE(ParseFormatLine("[b],P,Y,9", 2, group, log));
+  ASSERT_TRUE(ParseFormatLine("[c],I,RGB,16", 3, group, log));
+  ASSERT_EQ(group.formats.size(), 2u);
+  EXPECT_EQ(group.formats[0].regex, "a");
+  EXPECT_EQ(group.formats[1].regex, "c");
+  EXPECT_EQ(group.formats[1].BytesPerComponent(), 2u);
+}
+
+TEST(DirectExpression, ZeroSizeSwitchesOffWithoutParsing) {
+  DirectFormat direct;
+  CollectingSink log;
+  ASSERT_TRUE(SetDirectExpression("p,y,8", 640, 480, direct, log));
+  ASSERT_TRUE(direct.in_force);
+  log.lines.clear();
+  EXPECT_TRUE(SetDirectExpression("garbage", 0, 480, direct, log));
+  EXPECT_FALSE(direct.in_force);
+  EXPECT_TRUE(log.lines.empty());
+}
+
+TEST(DirectExpression, UpperCasesAndLogsItsSection) {
+  DirectFormat direct;
+  CollectingSink log;
+  ASSERT_TRUE(SetDirectExpression("i,yuyv,-16", 640, 480, direct, log));
+  EXPECT_EQ(log.lines, (std::vector<std::string>{"## Set custom format expression",
+                                                 "Trying to set: [.*],I,YUYV,-16", "Status: Success"}));
+  ASSERT_EQ(direct.group.formats.size(), 1u);
+  EXPECT_EQ(direct.group.formats[0].layout, "YUYV");
+  EXPECT_EQ(direct.group.formats[0].line, 0u);
+  EXPECT_EQ(direct.group.width_value, 640u);
+  EXPECT_EQ(direct.group.height_value, 480u);
+  EXPECT_EQ(direct.group.width_group, -1);
+  EXPECT_TRUE(direct.group.width_regex.empty());
+}
+
+TEST(DirectExpression, ReplacesThePreviousFormatAndReportsFailure) {
+  DirectFormat direct;
+  CollectingSink log;
+  ASSERT_TRUE(SetDirectExpression("P,Y,8", 4, 4, direct, log));
+  log.lines.clear();
+  EXPECT_FALSE(SetDirectExpression("P,Y,7", 8, 8, direct, log));
+  EXPECT_FALSE(direct.in_force);
+  EXPECT_TRUE(direct.group.formats.empty());
+  EXPECT_EQ(log.lines.back(), "Status: Fail");
+  EXPECT_EQ(log.lines[2], "Parse error [#0]: Illegal BPP 7");
+}
+
+struct Generated {
+  FormatChoices choices;
+  const char* text;
+};
+
+void PrintTo(const Generated& c, std::ostream* os) { *os << c.text; }
+
+class FormatGenerator : public ::testing::TestWithParam<Generated> {};
+
+TEST_P(FormatGenerator, BuildsTextThatParsesBack) {
+  EXPECT_EQ(GenerateFormatExpression(GetParam().choices), GetParam().text);
+  DirectFormat direct;
+  CNullLineSink log;
+  EXPECT_TRUE(SetDirectExpression(GetParam().text, 2, 2, direct, log));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Choices, FormatGenerator,
+    ::testing::Values(
+        Generated{{true, ColorChoice::Yuv444, DepthChoice::Bits8, true}, "P,Y,U,V,8"},
+        Generated{{false, ColorChoice::Yuv444, DepthChoice::Bits16, false}, "I,YUV,-16"},
+        Generated{{true, ColorChoice::Yuv422, DepthChoice::Bits16, true}, "P,YY,U,V,16"},
+        Generated{{false, ColorChoice::Yuv422, DepthChoice::Bits32, false}, "I,YUYV,-32"},
+        Generated{{false, ColorChoice::Yuv420, DepthChoice::Bits8, true}, "PI,YYYYUV,8"},
+        Generated{{true, ColorChoice::Yuv420, DepthChoice::Bits16, false}, "PI,YYYYUV,-16"},
+        Generated{{true, ColorChoice::Gray, DepthChoice::Bits8, false}, "P,Y,8"},
+        Generated{{true, ColorChoice::Rgb, DepthChoice::Bits32, true}, "P,R,G,B,32"},
+        Generated{{false, ColorChoice::Rgb, DepthChoice::Bits8, false}, "I,RGB,8"}));
+
+TEST(FormatGenerator, LabelNamesTheExpression) {
+  EXPECT_EQ(GeneratedExpressionLabel({false, ColorChoice::Rgb, DepthChoice::Bits16, true}),
+            "Generated format expression: I,RGB,16");
+}
+
+}  // namespace
+}  // namespace korvanel
