@@ -18,7 +18,7 @@ build: bootstrap $(BUILD)/build.ninja
 	cmake --build $(BUILD)
 
 run: build
-	@examples/run_demo $(BUILD)/korvanel
+	@examples/run_demo $(abspath $(BUILD))/korvanel
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j2
