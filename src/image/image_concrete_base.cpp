@@ -4,6 +4,8 @@
 
 #include "image/image_gray.h"
 #include "image/plane_processor.h"
+#include "image/raw_unpack.h"
+#include "image/sample_type.h"
 
 namespace korvanel {
 
@@ -167,6 +169,27 @@ void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
   mask_.clear();
   roi_ = Rect::None();
   region_changed_ = true;
+}
+
+std::vector<Plane> CImageConcreteBase::PrepareLoad(uint8_t* data, uint64_t byte_count,
+                                                   uint64_t expected, int32_t bpp, uint32_t width,
+                                                   uint32_t height, uint32_t count) {
+  const uint32_t bits = static_cast<uint32_t>(bpp < 0 ? -int64_t{bpp} : bpp);
+  if (!IsSupportedBits(bits)) return {};
+  const bool empty_request = data == nullptr && byte_count == 0;
+  if (!empty_request && (data == nullptr || byte_count != expected)) return {};
+  std::vector<Plane> planes(count);
+  for (Plane& plane : planes) {
+    if (!plane.Allocate(bits, width, height, empty_request)) return {};
+  }
+  if (!empty_request) SwapBytesInPlace(data, byte_count, bpp);
+  return planes;
+}
+
+void CImageConcreteBase::FinishLoad(std::vector<Plane> planes, uint64_t byte_count, int32_t bpp) {
+  SetPlanes(std::move(planes));
+  if (byte_count != 0) raw_byte_size_ = byte_count;
+  big_endian_ = bpp == -16 || bpp == -32;
 }
 
 }  // namespace korvanel

@@ -69,6 +69,17 @@ class CImageConcreteBase : public IImageContainer {
   // Sets the planes, depth and size and marks the region changed.
   void SetPlanes(std::vector<Plane> planes);
 
+  // The common part of every load. Checks the depth and the exact size, then
+  // allocates `count` planes (zeroed for an empty request: no bytes and a
+  // count of 0) and only then swaps big-endian input, so a refused load
+  // leaves the caller's bytes untouched. Null data with a non-zero count is
+  // refused. Returns the planes, or an empty vector on refusal.
+  static std::vector<Plane> PrepareLoad(uint8_t* data, uint64_t byte_count, uint64_t expected,
+                                        int32_t bpp, uint32_t width, uint32_t height,
+                                        uint32_t count);
+  // Keeps the loaded planes with the file's byte count and byte order.
+  void FinishLoad(std::vector<Plane> planes, uint64_t byte_count, int32_t bpp);
+
   uint32_t bits_ = 0;
   uint32_t width_ = 0;
   uint32_t height_ = 0;

@@ -1,8 +1,5 @@
 #include "image/image_factory.h"
 
-#include <cstring>
-#include <new>
-#include <vector>
 
 #include "image/image_gray.h"
 #include "image/image_rgb.h"
@@ -29,26 +26,14 @@ constexpr YuvCandidate kYuvOrder[] = {
     {&Make<CImageYuv>, "Matched YUV (user-defined)"},
 };
 
+// Every class checks layout and size before it swaps big-endian bytes in
+// place, so a refused try leaves the bytes as the next try needs them.
 std::unique_ptr<CImageConcreteBase> LoadYuv(const FormatExpression& format, uint8_t* data,
                                             uint64_t byte_count, uint32_t width, uint32_t height,
                                             ILineSink& log) {
-  // A big-endian try swaps the bytes in place, so every later try starts from
-  // a pristine copy.
-  std::vector<uint8_t> pristine;
-  const bool swaps = format.bpp < -8 && data != nullptr;
-  if (swaps) {
-    try {
-      pristine.assign(data, data + byte_count);
-    } catch (const std::bad_alloc&) {
-      return nullptr;
-    }
-  }
-  bool first = true;
   for (const YuvCandidate& candidate : kYuvOrder) {
     std::unique_ptr<CImageYuv> image = candidate.create();
     if (!image->CheckLayout(format.layout)) continue;
-    if (swaps && !first) std::memcpy(data, pristine.data(), pristine.size());
-    first = false;
     image->SetPacking(format.packing);
     if (image->Load(data, byte_count, width, height, format.layout, format.bpp)) {
       log.AddLine(candidate.matched);

@@ -1,6 +1,9 @@
 #include "image/image_gray.h"
 
+#include <cstdlib>
+
 #include "image/format_label.h"
+#include "image/raw_unpack.h"
 
 namespace korvanel {
 
@@ -8,8 +11,15 @@ namespace {
 constexpr const char* kGrayLabels[] = {"Y8", "Y16", "Y32"};
 }  // namespace
 
-bool CImageGray::Load(uint8_t*, uint64_t, uint32_t, uint32_t, std::string_view, int32_t) {
-  return false;
+bool CImageGray::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
+                      std::string_view layout, int32_t bpp) {
+  if (layout != "Y") return false;
+  const uint64_t expected = PlanarFrameBytes(width, height, (std::abs(bpp) + 7) / 8, 1);
+  std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 1);
+  if (planes.empty()) return false;
+  if (data != nullptr) CopySamplesOfPlane(data, planes[0]);
+  FinishLoad(std::move(planes), byte_count, bpp);
+  return true;
 }
 
 bool CImageGray::GetSampleValues(int64_t x, int64_t y, std::array<uint32_t, 3>& values) const {

@@ -1,8 +1,11 @@
 #include "image/image_yuv.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "image/format_label.h"
+#include "image/raw_unpack.h"
+#include "image/text_util.h"
 
 namespace korvanel {
 
@@ -43,13 +46,103 @@ uint64_t YuvFrameBytes(const YuvCounts& counts, uint32_t width, uint32_t height,
                        uint32_t bytes_per_component) {
   const uint32_t m = MaxCount(counts);
   if (m == 0) return 0;
-  const uint64_t nb = uint64_t{width} * height * bytes_per_component;
+  const uint64_t pixels = uint64_t{width} * height;
+  if (pixels > (uint64_t{1} << 58)) return kImpossibleSize;
+  const uint64_t nb = pixels * bytes_per_component;
   return counts.y * nb / m + counts.u * nb / m + counts.v * nb / m;
 }
 
-bool CImageYuv::Load(uint8_t*, uint64_t, uint32_t, uint32_t, std::string_view layout, int32_t) {
-  if (!CheckLayout(layout)) return false;
-  return false;
+namespace {
+
+uint32_t CountOf(const YuvCounts& counts, char letter) {
+  return letter == 'Y' ? counts.y : letter == 'U' ? counts.u : counts.v;
+}
+
+// Planar tokens: each one letter repeated exactly as often as its count, and
+// every component once. A count strictly between 1 and the largest holds
+// count * n / max samples, each covering max / count pixels of a row.
+bool PlanarTokensFit(const std::vector<std::string>& tokens, const YuvCounts& counts) {
+  if (tokens.size() != 3) return false;
+  bool seen[3] = {false, false, false};
+  for (const std::string& token : tokens) {
+    const size_t c = std::string_view("YUV").find(token[0]);
+    if (c == std::string_view::npos || seen[c]) return false;
+    seen[c] = true;
+    if (token.find_first_not_of(token[0]) != std::string::npos) return false;
+    if (token.size() != CountOf(counts, token[0])) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool CImageYuv::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
+                     std::string_view layout, int32_t bpp) {
+  if (MaxCount(counts_) == 0 && !CheckLayout(layout)) return false;
+  if (!AcceptsCounts(counts_)) return false;
+  const std::string compact = CompactLayout(layout);
+  if (compact.size() != counts_.y + counts_.u + counts_.v ||
+      compact.find_first_not_of("YUV") != std::string::npos) {
+    return false;
+  }
+  const std::vector<std::string> tokens = SplitTokens(layout, " \t");
+  switch (packing_) {
+    case Packing::Interleave:
+      if (tokens.size() != 1) return false;
+      break;
+    case Packing::Planar:
+      if (!PlanarTokensFit(tokens, counts_)) return false;
+      break;
+    case Packing::PlanarInterleave:
+      // Y plane then one chroma pair per 2x2 cell: odd sizes have no whole
+      // cells at their edge and are refused rather than guessed at.
+      if (compact != "YYYYUV" && compact != "YYYYVU") return false;
+      if (width % 2 != 0 || height % 2 != 0) return false;
+      break;
+  }
+
+  const uint32_t bytes = (std::abs(bpp) + 7) / 8;
+  const uint64_t expected = YuvFrameBytes(counts_, width, height, bytes);
+  std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
+  if (planes.empty()) return false;
+  if (data != nullptr) Unpack(data, byte_count, tokens, compact, planes);
+  layout_ = std::string(layout);
+  FinishLoad(std::move(planes), byte_count, bpp);
+  return true;
+}
+
+void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
+                       const std::vector<std::string>& tokens, const std::string& compact,
+                       std::vector<Plane>& planes) const {
+  Plane* targets[3] = {&planes[0], &planes[1], &planes[2]};
+  const uint32_t bytes = planes[0].bits() / 8;
+  const uint64_t pixels = uint64_t{planes[0].width()} * planes[0].height();
+  const uint32_t m = MaxCount(counts_);
+  switch (packing_) {
+    case Packing::Interleave: {
+      const uint32_t counts[3] = {counts_.y, counts_.u, counts_.v};
+      InterleavePlan(compact, "YUV", counts, planes[0].bits()).RunAll(data, byte_count, targets);
+      break;
+    }
+    case Packing::Planar: {
+      const uint8_t* src = data;
+      for (const std::string& token : tokens) {
+        const uint32_t count = CountOf(counts_, token[0]);
+        const uint64_t samples = count * pixels / m;
+        const size_t plane = std::string_view("YUV").find(token[0]);
+        ExpandPlane(src, samples, m / count, planes[plane]);
+        src += samples * bytes;
+      }
+      break;
+    }
+    case Packing::PlanarInterleave: {
+      CopySamplesOfPlane(data, planes[0]);
+      const bool u_first = compact[4] == 'U';
+      ExpandCellPairs(data + pixels * bytes, u_first ? planes[1] : planes[2],
+                      u_first ? planes[2] : planes[1]);
+      break;
+    }
+  }
 }
 
 bool CImageYuv::AcceptsCounts(const YuvCounts& c) const {

@@ -5,6 +5,7 @@
 // the image can be written back in its own layout.
 
 #include <string>
+#include <vector>
 
 #include "image/format_expression.h"
 #include "image/image_concrete_base.h"
@@ -54,6 +55,9 @@ class CImageYuv : public CImageConcreteBase {
   virtual const char* const* LabelTable() const;
   // A fresh object of the concrete class.
   virtual std::unique_ptr<CImageYuv> NewOfSameClass() const;
+  // Fills the three full-size planes from a size-checked input.
+  void Unpack(const uint8_t* data, uint64_t byte_count, const std::vector<std::string>& tokens,
+              const std::string& compact, std::vector<Plane>& planes) const;
 
   YuvCounts counts_;
   Packing packing_ = Packing::Interleave;
