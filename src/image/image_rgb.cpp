@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "image/format_label.h"
+#include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
 #include "image/text_util.h"
 
@@ -53,8 +54,10 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
                     static_cast<size_t>(pixels * bytes));
       }
     } else {
+      // A pixel is a group of three positions, one per component.
       Plane* targets[3] = {&planes[0], &planes[1], &planes[2]};
-      DeinterleaveThree(data, pixels, bytes * 8, order, targets);
+      const InterleavePlan plan(CompactLayout(layout), "RGB", {1, 1, 1}, bytes * 8);
+      plan.RunAll(data, byte_count, targets);
     }
   }
   FinishLoad(std::move(planes), byte_count, bpp);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "image/format_label.h"
+#include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
 #include "image/text_util.h"
 
@@ -120,8 +121,8 @@ void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
   const uint32_t m = MaxCount(counts_);
   switch (packing_) {
     case Packing::Interleave: {
-      const uint32_t counts[3] = {counts_.y, counts_.u, counts_.v};
-      InterleavePlan(compact, "YUV", counts, planes[0].bits()).RunAll(data, byte_count, targets);
+      const InterleavePlan plan(compact, "YUV", {counts_.y, counts_.u, counts_.v}, planes[0].bits());
+      plan.RunAll(data, byte_count, targets);
       break;
     }
     case Packing::Planar: {
