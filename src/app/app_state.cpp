@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <fstream>
 #include <system_error>
 
 #include "app/new_image_name.h"
+#include "files/load_new_image.h"
 #include "app/summary_line.h"
 #include "image/text_util.h"
 
@@ -62,6 +64,49 @@ void AppState::StatusMessage(const char* format, ...) {
   std::vsnprintf(message_, sizeof(message_), format, args);
   va_end(args);
   feedback_.StatusMessage(message_);
+}
+
+// --- opening -----------------------------------------------------------------
+
+bool AppState::OpenImage(const std::string& path) {
+  if (!CheckRoomForImage()) return false;
+  if (images_.FindPath(path)) return false;
+  if (!std::ifstream(path, std::ios::binary)) {
+    ShowMessage(FormatMessage("Can't locate %s", path.c_str()), "File doesn't exist");
+    return false;
+  }
+  StatusMessage("Loading image %s...", path.c_str());
+  LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_);
+  if (loaded.image) {
+    RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
+    return true;
+  }
+  if (BatchConsoleMode() || !open_raw_prompt_) {
+    ShowMessage(FormatMessage("Can't open %s (unsupported format)", path.c_str()), kOpenImageError);
+    return false;
+  }
+  return OpenWithPrompt(path);
+}
+
+// Asks for an expression and size until one loads or the user cancels.
+bool AppState::OpenWithPrompt(const std::string& path) {
+  constexpr const char* kParseError = "Image format string parse error";
+  OpenRawAnswer answer;
+  while (feedback_.AskOpenRawFormat(path, answer)) {
+    if (!SetDirectExpression(answer.expression, answer.width, answer.height, format_rules_.direct,
+                             *format_log_) ||
+        !format_rules_.direct.in_force) {
+      ShowMessage(FormatMessage("Illegal format '%s'", answer.expression.c_str()), kParseError);
+      continue;
+    }
+    LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_);
+    if (loaded.image) {
+      RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
+      return true;
+    }
+    ShowMessage(FormatMessage("Can't open RAW format '%s'", answer.expression.c_str()), kParseError);
+  }
+  return false;
 }
 
 // --- registry ----------------------------------------------------------------

@@ -13,6 +13,8 @@
 
 #include "app/image_registry.h"
 #include "app/user_feedback.h"
+#include "files/formats_file.h"
+#include "image/line_sink.h"
 
 namespace korvanel {
 
@@ -29,6 +31,16 @@ class AppState {
   AppState(const AppState&) = delete;
   AppState& operator=(const AppState&) = delete;
   ~AppState();
+
+  // --- opening ---------------------------------------------------------------
+  // Opens a file and registers it; true when an image was added. A file that
+  // is already open is silently not opened again.
+  bool OpenImage(const std::string& path);
+  FormatRules& Formats() { return format_rules_; }
+  // Where the steps of matching files against the rules are traced.
+  void SetFormatLog(ILineSink* log) { format_log_ = log != nullptr ? log : &null_log_; }
+  ILineSink& FormatLog() { return *format_log_; }
+  void SetOpenRawPrompt(bool enabled) { open_raw_prompt_ = enabled; }
 
   // --- registry ------------------------------------------------------------
   const ImageRegistry& Images() const { return images_; }
@@ -87,6 +99,7 @@ class AppState {
 
  private:
   void RebuildImagesMenu();
+  bool OpenWithPrompt(const std::string& path);
   void StartComparing(std::vector<size_t> group);
   void ShowCollectingStatus(const std::vector<size_t>& collected);
   void ForgetSerial(uint64_t serial);
@@ -112,6 +125,11 @@ class AppState {
   bool console_mode_ = false;
   bool batch_failed_ = false;
   CloseOption close_option_ = CloseOption::NewCreatedImage;
+
+  FormatRules format_rules_;
+  CNullLineSink null_log_;
+  ILineSink* format_log_ = &null_log_;
+  bool open_raw_prompt_ = true;
 
   std::vector<MenuEntry> images_menu_;
   char message_[kMessageBufferSize] = {};

@@ -21,6 +21,13 @@ struct MenuEntry {
   friend bool operator==(const MenuEntry&, const MenuEntry&) = default;
 };
 
+// What the user typed into the open-raw prompt.
+struct OpenRawAnswer {
+  std::string expression;
+  uint32_t width = 0;
+  uint32_t height = 0;
+};
+
 class IUserFeedback {
  public:
   virtual ~IUserFeedback() = default;
@@ -31,6 +38,14 @@ class IUserFeedback {
   virtual void StatusMessage(std::string_view text) = 0;
   // Yes/No question; true only for Yes.
   virtual bool AskYesNo(std::string_view text, std::string_view title) = 0;
+
+  // Asks how to read a raw file no rule matched; false when the user cancels
+  // (and always without a window).
+  virtual bool AskOpenRawFormat(std::string_view path, OpenRawAnswer& answer) {
+    (void)path;
+    (void)answer;
+    return false;
+  }
 
   // View notifications; the console has no view and ignores them.
   virtual void ImagesMenuChanged(const std::vector<MenuEntry>& entries,

@@ -20,9 +20,11 @@ struct FormatGroup {
   std::string width_regex;
   int32_t width_group = 1;
   uint32_t width_value = 0;
+  uint32_t width_line = 0;
   std::string height_regex;
   int32_t height_group = 1;
   uint32_t height_value = 0;
+  uint32_t height_line = 0;
 
   std::vector<FormatExpression> formats;
 };
