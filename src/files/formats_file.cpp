@@ -92,6 +92,7 @@ bool CheckOnce(bool& seen, const char* key, uint32_t index, ILineSink& log) {
 // opening tag and ends on the closing one.
 bool ParseGroup(const std::vector<std::string>& lines, size_t& next, FormatGroup& out,
                 ILineSink& log) {
+  const size_t opening = next - 1;
   GroupState state;
   for (; next < lines.size(); ++next) {
     const std::string_view line = lines[next];
@@ -130,8 +131,9 @@ bool ParseGroup(const std::vector<std::string>& lines, size_t& next, FormatGroup
     }
     if (!ok) return false;
   }
-  log.AddLine(StrFormat("Parse error [#%u]: Format group isn't closed by </format_group> before the end of the file",
-                        static_cast<uint32_t>(lines.size())));
+  // Point at the opening tag: that is the group the user has to look at.
+  log.AddLine(StrFormat("Parse error [#%u]: Format group isn't closed before the end of the file",
+                        static_cast<uint32_t>(opening)));
   return false;
 }
 

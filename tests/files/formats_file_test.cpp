@@ -101,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "Parse error [#4]: Must encounter all fields before ending a format group </format_group>"},
         BadFile{"format = [],Q,Y,8\n", "Parse error [#1]: Illegal packing 'Q'"},
         BadFile{"file_pattern = []\nwidth = 4\nheight = 4\nformat = [],P,Y,8\n",
-                "Parse error [#5]: Format group isn't closed by </format_group> before the end of the file"}));
+                "Parse error [#0]: Format group isn't closed before the end of the file"}));
 
 TEST(FormatsFile, LoadsTheFirstCandidateThatOpens) {
   test::TempDir dir;
