@@ -1,0 +1,356 @@
+#include "app/app_state.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <system_error>
+
+#include "app/new_image_name.h"
+#include "app/summary_line.h"
+#include "image/text_util.h"
+
+namespace korvanel {
+
+namespace {
+
+constexpr const char* kOpenImageError = "Open image error";
+constexpr const char* kNewImage = "New image";
+
+FileAttributes ReadFileAttributes(const std::string& path) {
+  FileAttributes attributes;
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (error) return attributes;
+  const auto time = std::filesystem::last_write_time(path, error);
+  if (error) return attributes;
+  attributes.valid = true;
+  attributes.size = size;
+  attributes.last_write = time;
+  return attributes;
+}
+
+bool SameSize(const IImageContainer& a, const IImageContainer& b) {
+  uint32_t aw = 0, ah = 0, bw = 0, bh = 0;
+  a.GetSize(aw, ah);
+  b.GetSize(bw, bh);
+  return aw == bw && ah == bh;
+}
+
+}  // namespace
+
+AppState::AppState(IUserFeedback& feedback) : feedback_(feedback) {}
+
+AppState::~AppState() = default;
+
+// --- messages ----------------------------------------------------------------
+
+const char* AppState::FormatMessage(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  std::vsnprintf(message_, sizeof(message_), format, args);
+  va_end(args);
+  return message_;
+}
+
+void AppState::ShowMessage(std::string_view text, std::string_view title, MessageStyle style) {
+  feedback_.ShowMessage(text, title, style);
+}
+
+void AppState::StatusMessage(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  std::vsnprintf(message_, sizeof(message_), format, args);
+  va_end(args);
+  feedback_.StatusMessage(message_);
+}
+
+// --- registry ----------------------------------------------------------------
+
+bool AppState::CheckRoomForImage() {
+  if (!images_.Full()) return true;
+  ShowMessage(FormatMessage("Too many open images, reached a max of %u",
+                            static_cast<unsigned>(images_.Count())),
+              kOpenImageError);
+  return false;
+}
+
+size_t AppState::RegisterImage(std::unique_ptr<IImageContainer> image, std::string display_name,
+                               std::string format_text, bool from_file) {
+  if (!image || images_.Full()) return kNoIndex;
+  ImageRecord record;
+  record.serial = next_serial_++;
+  uint32_t width = 0, height = 0;
+  image->GetSize(width, height);
+  record.summary = MakeSummaryLine(image->GetRawByteSize(), width, height, display_name);
+  record.image = std::move(image);
+  if (from_file) {
+    record.path = display_name;
+    record.file_attributes = ReadFileAttributes(display_name);
+  }
+  record.display_name = std::move(display_name);
+  record.format_text = std::move(format_text);
+  const size_t index = images_.Append(std::move(record));
+
+  if (!BatchConsoleMode()) RebuildImagesMenu();
+  if (images_.Count() == 1) feedback_.HasImagesChanged(true);
+  if (!(compare_mode_ && !comparison_group_.empty())) SetFocus(index);
+  return index;
+}
+
+void AppState::CloseImage(size_t index) {
+  if (index >= images_.Count()) return;
+  const uint64_t serial = images_.At(index).serial;
+  std::erase(focus_history_, serial);
+
+  // A comparison of two ends with the survivor in focus.
+  bool left_compare = false;
+  size_t survivor = kNoIndex;
+  if (compare_mode_) {
+    if (comparison_group_.size() == 2) {
+      survivor = comparison_group_[0] == index ? comparison_group_[1] : comparison_group_[0];
+      if (survivor > index) --survivor;
+      compare_mode_ = false;
+      left_compare = true;
+    }
+    std::erase(comparison_group_, index);
+    for (size_t& member : comparison_group_) {
+      if (member > index) --member;
+    }
+    if (left_compare) comparison_group_.clear();
+  }
+  std::erase(collected_, index);
+  for (size_t& member : collected_) {
+    if (member > index) --member;
+  }
+
+  std::erase(unsaved_created_, serial);
+  images_.Remove(index);
+  images_menu_.clear();
+  if (!BatchConsoleMode()) RebuildImagesMenu();
+
+  if (images_.Empty()) {
+    focus_index_ = kNoIndex;
+    hover_index_ = kNoIndex;
+    feedback_.HasImagesChanged(false);
+    feedback_.RequestRepaint();
+    return;
+  }
+  if (hover_index_ == index) hover_index_ = kNoIndex;
+  else if (hover_index_ != kNoIndex && hover_index_ > index) --hover_index_;
+
+  if (left_compare) {
+    SetFocus(survivor);
+  } else if (!compare_mode_) {
+    std::optional<size_t> head;
+    if (!focus_history_.empty()) head = images_.IndexOfSerial(focus_history_.front());
+    SetFocus(head.value_or(0));
+  } else {
+    if (focus_index_ == index) focus_index_ = comparison_group_.empty() ? 0 : comparison_group_[0];
+    else if (focus_index_ != kNoIndex && focus_index_ > index) --focus_index_;
+    feedback_.RequestRepaint();
+  }
+}
+
+void AppState::CloseAllImages() {
+  while (!images_.Empty()) CloseImage(images_.Count() - 1);
+}
+
+bool AppState::NewImageFromView() {
+  if (images_.Empty()) return false;
+  size_t source = hover_index_;
+  if (source == kNoIndex || source >= images_.Count()) {
+    source = compare_mode_ ? kNoIndex : focus_index_;
+    if (source == kNoIndex || source >= images_.Count()) {
+      StatusMessage("%s error: Please make sure you're in some valid image area", kNewImage);
+      return false;
+    }
+  }
+  if (!CheckRoomForImage()) return false;
+
+  const ImageRecord& record = images_.At(source);
+  const Rect roi = record.image->GetRegionOfInterest();
+  const bool crop = !roi.IsNone() && roi.Contains(cursor_x_, cursor_y_);
+  std::unique_ptr<IImageContainer> copy =
+      record.image->Duplicate(crop ? DuplicateArea::RegionOfInterest : DuplicateArea::WholeImage);
+  if (!copy) {
+    StatusMessage("%s error: Please make sure you're in some valid image area", kNewImage);
+    return false;
+  }
+  const std::string& source_name = record.path.empty() ? record.display_name : record.path;
+  std::string name = MakeNewImageName(source_name, crop ? &roi : nullptr);
+  std::string format_text = record.format_text;
+
+  const IImageContainer* created = copy.get();
+  const size_t index = RegisterImage(std::move(copy), name, std::move(format_text), false);
+  if (index == kNoIndex) return false;
+  MarkCreatedUnsaved(created);
+  StatusMessage("New image: Successfully created %s (HK id %u)", name.c_str(),
+                images_.At(index).hk_id);
+  return true;
+}
+
+// --- focus and comparison ----------------------------------------------------
+
+void AppState::SetFocus(size_t index) {
+  if (index >= images_.Count()) return;
+  focus_index_ = index;
+  if (!compare_mode_) {
+    // Move to the front rather than repeat: the list stays one entry per image.
+    const uint64_t serial = images_.At(index).serial;
+    std::erase(focus_history_, serial);
+    focus_history_.push_front(serial);
+  }
+  if (BatchConsoleMode()) {
+    feedback_.RequestRepaint();
+    return;
+  }
+  if (!compare_mode_) {
+    const ImageRecord& record = images_.At(index);
+    uint32_t width = 0, height = 0;
+    record.image->GetSize(width, height);
+    StatusMessage("%ux%u : %s", width, height, record.image->FormatLabel().c_str());
+  }
+  feedback_.ImagesMenuChanged(images_menu_, index);
+  feedback_.RequestRepaint();
+}
+
+void AppState::SetHover(size_t index, int32_t cursor_x, int32_t cursor_y) {
+  hover_index_ = index;
+  cursor_x_ = cursor_x;
+  cursor_y_ = cursor_y;
+}
+
+std::vector<size_t> AppState::FocusHistory() const {
+  std::vector<size_t> indices;
+  for (uint64_t serial : focus_history_) {
+    if (auto index = images_.IndexOfSerial(serial)) indices.push_back(*index);
+  }
+  return indices;
+}
+
+void AppState::BeginCollecting() {
+  collecting_ = true;
+  collected_.clear();
+  ShowCollectingStatus(collected_);
+}
+
+void AppState::LeaveCompareMode() {
+  compare_mode_ = false;
+  collecting_ = false;
+  comparison_group_.clear();
+  collected_.clear();
+  if (focus_index_ != kNoIndex) SetFocus(focus_index_);
+}
+
+void AppState::StartComparing(std::vector<size_t> group) {
+  collecting_ = false;
+  collected_.clear();
+  comparison_group_ = std::move(group);
+  compare_mode_ = true;
+  feedback_.RequestRepaint();
+}
+
+void AppState::ShowCollectingStatus(const std::vector<size_t>& collected) {
+  std::string text = "Collecting images to compare: ";
+  for (size_t index : collected) text += StrFormat("[%u] ", images_.At(index).hk_id);
+  StatusMessage("%s", text.c_str());
+}
+
+void AppState::CollectForCompare(size_t index) {
+  if (index == kNoIndex) {
+    if (images_.Count() < 2 || focus_index_ >= images_.Count()) {
+      LeaveCompareMode();
+      return;
+    }
+    const IImageContainer& focus = *images_.At(focus_index_).image;
+    std::vector<size_t> gathered;
+    for (size_t i = 0; i < images_.Count(); ++i) {
+      if (SameSize(*images_.At(i).image, focus)) gathered.push_back(i);
+    }
+    if (gathered.size() > max_comparison_party_) {
+      ShowMessage(FormatMessage("Too many images to compare, reached a max of %d",
+                                static_cast<int>(max_comparison_party_)),
+                  "Compare images error");
+      gathered.clear();
+    }
+    if (gathered.size() <= 1) {
+      LeaveCompareMode();
+      return;
+    }
+    StartComparing(std::move(gathered));
+    return;
+  }
+
+  if (index >= images_.Count()) return;
+  if (!collected_.empty() && collected_.back() == index) {
+    // Pressing the last key again ends collecting.
+    const std::vector<size_t> shown = collected_;
+    if (collected_.size() > 1) StartComparing(collected_);
+    ShowCollectingStatus(shown);
+    return;
+  }
+  if (collected_.empty() ||
+      SameSize(*images_.At(index).image, *images_.At(collected_.back()).image)) {
+    collected_.push_back(index);
+  }
+  // The status names the images of this key, also when it starts comparing.
+  const std::vector<size_t> shown = collected_;
+  if (collected_.size() >= max_comparison_party_) StartComparing(collected_);
+  ShowCollectingStatus(shown);
+}
+
+// --- unsaved results and exit ------------------------------------------------
+
+uint64_t AppState::SerialOf(const IImageContainer* image) const {
+  for (size_t i = 0; i < images_.Count(); ++i) {
+    if (images_.At(i).image.get() == image) return images_.At(i).serial;
+  }
+  return 0;
+}
+
+void AppState::MarkCreatedUnsaved(const IImageContainer* image) {
+  const uint64_t serial = SerialOf(image);
+  if (serial != 0 && std::find(unsaved_created_.begin(), unsaved_created_.end(), serial) ==
+                         unsaved_created_.end()) {
+    unsaved_created_.push_back(serial);
+  }
+}
+
+void AppState::MarkSaved(const IImageContainer* image) { ForgetSerial(SerialOf(image)); }
+
+void AppState::ForgetSerial(uint64_t serial) { std::erase(unsaved_created_, serial); }
+
+bool AppState::IsCreatedUnsaved(const IImageContainer* image) const {
+  const uint64_t serial = SerialOf(image);
+  return serial != 0 &&
+         std::find(unsaved_created_.begin(), unsaved_created_.end(), serial) !=
+             unsaved_created_.end();
+}
+
+bool AppState::ConfirmExit() {
+  switch (close_option_) {
+    case CloseOption::Never: return true;
+    case CloseOption::Always: return feedback_.AskYesNo("Are you sure to want to exit?", "App exit");
+    case CloseOption::NewCreatedImage:
+      if (unsaved_created_.empty()) return true;
+      return feedback_.AskYesNo("Some images were created but weren't saved! Confirm exit?",
+                                "App exit");
+  }
+  return true;
+}
+
+// --- menu --------------------------------------------------------------------
+
+void AppState::RebuildImagesMenu() {
+  images_menu_.clear();
+  for (size_t i = 0; i < images_.Count(); ++i) {
+    const ImageRecord& record = images_.At(i);
+    images_menu_.push_back({StrFormat("[%u] %s", record.hk_id, record.display_name.c_str()),
+                            kMenuCommandBase + static_cast<uint32_t>(i)});
+  }
+  feedback_.ImagesMenuChanged(images_menu_, focus_index_ < images_.Count()
+                                                ? std::optional<size_t>(focus_index_)
+                                                : std::nullopt);
+}
+
+}  // namespace korvanel

@@ -1,0 +1,120 @@
+#pragma once
+
+// The one application object: the registry of open images, focus and
+// comparison state, the unsaved-results set behind the exit prompt, and the
+// message buffer every user-facing text of the core is formatted into.
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/image_registry.h"
+#include "app/user_feedback.h"
+
+namespace korvanel {
+
+enum class CloseOption : uint32_t { Never = 0, Always = 1, NewCreatedImage = 2 };
+
+inline constexpr size_t kNoIndex = static_cast<size_t>(-1);
+
+class AppState {
+ public:
+  static constexpr size_t kMessageBufferSize = 1024;
+  static constexpr uint32_t kMenuCommandBase = 33222;
+
+  explicit AppState(IUserFeedback& feedback);
+  AppState(const AppState&) = delete;
+  AppState& operator=(const AppState&) = delete;
+  ~AppState();
+
+  // --- registry ------------------------------------------------------------
+  const ImageRegistry& Images() const { return images_; }
+  ImageRegistry& Images() { return images_; }
+  // Appends an image under the next HK id and focuses it unless a comparison
+  // is running. `from_file` makes `display_name` the path that later opens of
+  // the same file are checked against. Returns the index, or kNoIndex when full.
+  size_t RegisterImage(std::unique_ptr<IImageContainer> image, std::string display_name,
+                       std::string format_text, bool from_file);
+  void CloseImage(size_t index);
+  void CloseAllImages();
+  bool NewImageFromView();
+  // Refuses with the "Too many open images" message when the registry is full.
+  bool CheckRoomForImage();
+
+  // --- focus and comparison ------------------------------------------------
+  void SetFocus(size_t index);
+  size_t FocusIndex() const { return focus_index_; }
+  void SetHover(size_t index, int32_t cursor_x, int32_t cursor_y);
+  void BeginCollecting();
+  // kNoIndex collects every image the size of the focus image.
+  void CollectForCompare(size_t index);
+  void LeaveCompareMode();
+  bool CompareMode() const { return compare_mode_; }
+  bool Collecting() const { return collecting_; }
+  const std::vector<size_t>& ComparisonGroup() const { return comparison_group_; }
+  const std::vector<size_t>& Collected() const { return collected_; }
+  // Indices of the focus history, most recent first.
+  std::vector<size_t> FocusHistory() const;
+
+  // --- unsaved results and exit --------------------------------------------
+  void MarkCreatedUnsaved(const IImageContainer* image);
+  void MarkSaved(const IImageContainer* image);
+  bool IsCreatedUnsaved(const IImageContainer* image) const;
+  bool ConfirmExit();
+
+  // --- messages ------------------------------------------------------------
+  // Formats into the shared buffer (truncated at 1023 characters) and returns it.
+  const char* FormatMessage(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  const char* Message() const { return message_; }
+  void ShowMessage(std::string_view text, std::string_view title,
+                   MessageStyle style = MessageStyle::Error);
+  void StatusMessage(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  IUserFeedback& Feedback() { return feedback_; }
+
+  // --- modes and settings --------------------------------------------------
+  void SetCommandsPresent(bool present) { commands_present_ = present; }
+  void SetConsoleMode(bool console) { console_mode_ = console; }
+  bool BatchConsoleMode() const { return commands_present_ && console_mode_; }
+  void SetBatchFailed(bool failed) { batch_failed_ = failed; }
+  bool BatchFailed() const { return batch_failed_; }
+  void SetMaxComparisonParty(uint32_t limit) { max_comparison_party_ = limit; }
+  uint32_t MaxComparisonParty() const { return max_comparison_party_; }
+  void SetCloseOption(CloseOption option) { close_option_ = option; }
+  const std::vector<MenuEntry>& ImagesMenu() const { return images_menu_; }
+
+ private:
+  void RebuildImagesMenu();
+  void StartComparing(std::vector<size_t> group);
+  void ShowCollectingStatus(const std::vector<size_t>& collected);
+  void ForgetSerial(uint64_t serial);
+  uint64_t SerialOf(const IImageContainer* image) const;
+
+  IUserFeedback& feedback_;
+  ImageRegistry images_;
+  uint64_t next_serial_ = 1;
+
+  size_t focus_index_ = kNoIndex;
+  size_t hover_index_ = kNoIndex;
+  int32_t cursor_x_ = -1;
+  int32_t cursor_y_ = -1;
+  bool compare_mode_ = false;
+  std::vector<size_t> comparison_group_;
+  bool collecting_ = false;
+  std::vector<size_t> collected_;
+  uint32_t max_comparison_party_ = 6;
+  std::deque<uint64_t> focus_history_;  // serials, most recent first
+  std::vector<uint64_t> unsaved_created_;
+
+  bool commands_present_ = false;
+  bool console_mode_ = false;
+  bool batch_failed_ = false;
+  CloseOption close_option_ = CloseOption::NewCreatedImage;
+
+  std::vector<MenuEntry> images_menu_;
+  char message_[kMessageBufferSize] = {};
+};
+
+}  // namespace korvanel

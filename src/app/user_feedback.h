@@ -1,0 +1,45 @@
+#pragma once
+
+// How the core reports to and asks the user. The console implementation
+// lives beside it in app/; the viewer implements it with Qt in ui/. The core
+// never reaches widgets any other way.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvanel {
+
+enum class MessageStyle { Error, Warning, Information };
+
+// One entry of the images menu: "[HK id] name" and its command id.
+struct MenuEntry {
+  std::string text;
+  uint32_t command_id = 0;
+  friend bool operator==(const MenuEntry&, const MenuEntry&) = default;
+};
+
+class IUserFeedback {
+ public:
+  virtual ~IUserFeedback() = default;
+
+  // An error or warning: a modal box with a caption, or a console line.
+  virtual void ShowMessage(std::string_view text, std::string_view title, MessageStyle style) = 0;
+  // The first part of the status bar, or a console line.
+  virtual void StatusMessage(std::string_view text) = 0;
+  // Yes/No question; true only for Yes.
+  virtual bool AskYesNo(std::string_view text, std::string_view title) = 0;
+
+  // View notifications; the console has no view and ignores them.
+  virtual void ImagesMenuChanged(const std::vector<MenuEntry>& entries,
+                                 std::optional<size_t> checked) {
+    (void)entries;
+    (void)checked;
+  }
+  virtual void HasImagesChanged(bool has_images) { (void)has_images; }
+  virtual void RequestRepaint() {}
+};
+
+}  // namespace korvanel

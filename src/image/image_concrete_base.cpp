@@ -1,0 +1,172 @@
+#include "image/image_concrete_base.h"
+
+#include <algorithm>
+
+#include "image/image_gray.h"
+#include "image/plane_processor.h"
+
+namespace korvanel {
+
+CImageConcreteBase::~CImageConcreteBase() = default;
+
+namespace {
+
+bool InsideImage(int64_t x, int64_t y, uint32_t width, uint32_t height) {
+  return x >= 0 && y >= 0 && x < width && y < height;
+}
+
+}  // namespace
+
+std::unique_ptr<IImageContainer> CImageConcreteBase::Duplicate(DuplicateArea area) const {
+  if (planes_.empty()) return nullptr;
+  uint32_t x0 = 0, y0 = 0, w = width_, h = height_;
+  if (area == DuplicateArea::RegionOfInterest && !roi_.IsNone()) {
+    if (roi_.min_x >= width_ || roi_.min_y >= height_) return nullptr;
+    const uint32_t max_x = std::min(roi_.max_x, width_ - 1);
+    const uint32_t max_y = std::min(roi_.max_y, height_ - 1);
+    if (max_x < roi_.min_x || max_y < roi_.min_y) return nullptr;
+    x0 = roi_.min_x;
+    y0 = roi_.min_y;
+    w = max_x - x0 + 1;
+    h = max_y - y0 + 1;
+  }
+  std::vector<Plane> planes;
+  planes.reserve(planes_.size());
+  for (const Plane& plane : planes_) {
+    std::optional<Plane> copy = plane.Crop(x0, y0, w, h);
+    if (!copy) return nullptr;
+    planes.push_back(std::move(*copy));
+  }
+  std::unique_ptr<CImageConcreteBase> out = NewEmptyLike();
+  out->big_endian_ = big_endian_;
+  out->SetPlanes(std::move(planes));
+  return out;
+}
+
+std::unique_ptr<IImageContainer> CImageConcreteBase::ExtractComponent(uint32_t index) const {
+  if (planes_.empty()) return nullptr;
+  // Three-component images take 0..3, where 3 reads the third plane again.
+  const uint32_t last = planes_.size() == 1 ? 0 : 3;
+  if (index > last) return nullptr;
+  const uint32_t plane_index = std::min<uint32_t>(index, static_cast<uint32_t>(planes_.size()) - 1);
+  std::optional<Plane> copy = planes_[plane_index].Crop(0, 0, width_, height_);
+  if (!copy) return nullptr;
+  auto gray = std::make_unique<CImageGray>();
+  std::vector<Plane> planes;
+  planes.push_back(std::move(*copy));
+  gray->AdoptPlanes(std::move(planes));
+  return gray;
+}
+
+bool CImageConcreteBase::ImportRgb32(uint32_t, const uint32_t*) { return false; }
+
+const DisplayRendition* CImageConcreteBase::BuildDisplay() { return display_.get(); }
+
+bool CImageConcreteBase::RunPlaneJob(IPlaneProcessor& processor) {
+  for (uint32_t i = 0; i < planes_.size(); ++i) {
+    if (!processor.ProcessPlane(i, planes_[i])) return false;
+  }
+  return !planes_.empty();
+}
+
+bool CImageConcreteBase::Resize(uint32_t, uint32_t, const Rect&, ResizeMode) { return false; }
+
+bool CImageConcreteBase::CopyPixelsOut(void*, uint32_t, const Rect*) const { return false; }
+
+bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
+
+bool CImageConcreteBase::Save(const SaveRequest&) { return false; }
+
+bool CImageConcreteBase::WriteStatistics(const StatisticsRequest&) { return false; }
+
+bool CImageConcreteBase::Histogram(uint32_t, HistogramResult&) { return false; }
+
+void CImageConcreteBase::Refresh() {
+  display_.reset();
+  alternate_display_.reset();
+  BuildDisplay();
+  BuildAlternate(0, 0);
+}
+
+bool CImageConcreteBase::GetSampleValues(int64_t x, int64_t y,
+                                         std::array<uint32_t, 3>& values) const {
+  if (planes_.empty() || !InsideImage(x, y, width_, height_)) return false;
+  const auto ux = static_cast<uint32_t>(x);
+  const auto uy = static_cast<uint32_t>(y);
+  for (size_t c = 0; c < values.size(); ++c) {
+    values[c] = planes_[std::min(c, planes_.size() - 1)].SampleAt(ux, uy);
+  }
+  return true;
+}
+
+bool CImageConcreteBase::GetDisplayedValue(int64_t x, int64_t y, uint32_t& color) const {
+  const DisplayRendition* shown = alternate_display_ ? alternate_display_.get() : display_.get();
+  if (shown == nullptr || !InsideImage(x, y, shown->width, shown->height)) return false;
+  color = shown->pixels[static_cast<size_t>(y) * shown->width + static_cast<size_t>(x)];
+  return true;
+}
+
+bool CImageConcreteBase::SetRegionOfInterest(const Rect& region) {
+  const bool changed = region.IsNone() || region != roi_;
+  roi_ = region;
+  region_changed_ = changed;
+  return changed;
+}
+
+void CImageConcreteBase::SetViewPosition(uint32_t x, uint32_t y) {
+  view_x_ = x;
+  view_y_ = y;
+}
+
+void CImageConcreteBase::GetSize(uint32_t& width, uint32_t& height) const {
+  width = width_;
+  height = height_;
+}
+
+void CImageConcreteBase::GetViewPosition(uint32_t& x, uint32_t& y) const {
+  x = view_x_;
+  y = view_y_;
+}
+
+bool CImageConcreteBase::IsSelected(int64_t x, int64_t y) const {
+  if (mask_.empty()) return true;
+  if (!InsideImage(x, y, width_, height_)) return false;
+  const uint64_t i = static_cast<uint64_t>(y) * width_ + static_cast<uint64_t>(x);
+  if (i / 32 >= mask_.size()) return false;
+  return (mask_[i / 32] >> (i % 32)) & 1u;
+}
+
+bool CImageConcreteBase::AlignToChromaGrid(Rect&) const { return false; }
+
+bool CImageConcreteBase::AdoptPlanes(std::vector<Plane> planes) {
+  if (planes.size() != ComponentCount()) return false;
+  for (const Plane& plane : planes) {
+    if (plane.empty() || plane.bits() != planes[0].bits() || plane.width() != planes[0].width() ||
+        plane.height() != planes[0].height()) {
+      return false;
+    }
+  }
+  SetPlanes(std::move(planes));
+  return true;
+}
+
+uint64_t CImageConcreteBase::ComputeRawByteSize() const {
+  uint64_t total = 0;
+  for (const Plane& plane : planes_) total += plane.byte_size();
+  return total;
+}
+
+void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
+  planes_ = std::move(planes);
+  bits_ = planes_.empty() ? 0 : planes_[0].bits();
+  width_ = planes_.empty() ? 0 : planes_[0].width();
+  height_ = planes_.empty() ? 0 : planes_[0].height();
+  raw_byte_size_ = ComputeRawByteSize();
+  display_.reset();
+  alternate_display_.reset();
+  mask_.clear();
+  roi_ = Rect::None();
+  region_changed_ = true;
+}
+
+}  // namespace korvanel

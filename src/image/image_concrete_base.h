@@ -1,0 +1,89 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "image/display_rendition.h"
+#include "image/image_container.h"
+#include "image/plane.h"
+
+namespace korvanel {
+
+// Fields and operations shared by every image kind. Operations that work the
+// same on one or three planes live here once; the kinds differ in their
+// loader, their labels and their chroma grid.
+class CImageConcreteBase : public IImageContainer {
+ public:
+  ~CImageConcreteBase() override;
+
+  // Slot 1 stays with the kinds. Slots whose work is not available yet refuse.
+  std::unique_ptr<IImageContainer> Duplicate(DuplicateArea area) const override;
+  std::unique_ptr<IImageContainer> ExtractComponent(uint32_t index) const override;
+  bool ImportRgb32(uint32_t reserved, const uint32_t* pixels) override;
+  const DisplayRendition* BuildDisplay() override;
+  bool RunPlaneJob(IPlaneProcessor& processor) override;
+  bool Resize(uint32_t new_width, uint32_t new_height, const Rect& source, ResizeMode mode) override;
+  bool CopyPixelsOut(void* destination, uint32_t flags, const Rect* area) const override;
+  bool BuildAlternate(uint32_t kind, uint32_t parameter) override;
+  bool Save(const SaveRequest& request) override;
+  bool WriteStatistics(const StatisticsRequest& request) override;
+  bool Histogram(uint32_t selector, HistogramResult& result) override;
+  void Refresh() override;
+  bool GetSampleValues(int64_t x, int64_t y, std::array<uint32_t, 3>& values) const override;
+  bool GetDisplayedValue(int64_t x, int64_t y, uint32_t& color) const override;
+  bool SetRegionOfInterest(const Rect& region) override;
+  void SetViewPosition(uint32_t x, uint32_t y) override;
+  void SetOwnerData1(void* data) override { owner_data_[0] = data; }
+  void SetOwnerData2(void* data) override { owner_data_[1] = data; }
+  void GetSize(uint32_t& width, uint32_t& height) const override;
+  Rect GetRegionOfInterest() const override { return roi_; }
+  void GetViewPosition(uint32_t& x, uint32_t& y) const override;
+  uint32_t GetBitsPerComponent() const override { return bits_; }
+  uint64_t GetRawByteSize() const override { return raw_byte_size_; }
+  bool IsSelected(int64_t x, int64_t y) const override;
+  bool AlignToChromaGrid(Rect& region) const override;
+
+  void* OwnerData1() const { return owner_data_[0]; }
+  void* OwnerData2() const { return owner_data_[1]; }
+  bool RegionChanged() const { return region_changed_; }
+  bool BigEndian() const { return big_endian_; }
+  const Plane& GetPlane(uint32_t index) const { return planes_[index]; }
+  uint32_t PlaneCount() const { return static_cast<uint32_t>(planes_.size()); }
+  // One bit per pixel, pixel i at bit (i mod 32) of word i / 32; empty selects all.
+  void SetSelectionMask(std::vector<uint32_t> mask) { mask_ = std::move(mask); }
+
+  // Gives the image ready-made planes of equal size and depth (new images,
+  // results of operations). False, with the image unchanged, when they differ
+  // or their count does not suit the kind.
+  bool AdoptPlanes(std::vector<Plane> planes);
+
+ protected:
+  CImageConcreteBase() = default;
+  CImageConcreteBase(const CImageConcreteBase&) = delete;
+  CImageConcreteBase& operator=(const CImageConcreteBase&) = delete;
+
+  // An empty image of the same class carrying the same layout description.
+  virtual std::unique_ptr<CImageConcreteBase> NewEmptyLike() const = 0;
+  // Size of one frame as the file holds it.
+  virtual uint64_t ComputeRawByteSize() const;
+  // Sets the planes, depth and size and marks the region changed.
+  void SetPlanes(std::vector<Plane> planes);
+
+  uint32_t bits_ = 0;
+  uint32_t width_ = 0;
+  uint32_t height_ = 0;
+  uint64_t raw_byte_size_ = 0;
+  std::unique_ptr<DisplayRendition> display_;
+  std::unique_ptr<DisplayRendition> alternate_display_;
+  std::vector<uint32_t> mask_;
+  bool show_alternate_values_ = false;
+  Rect roi_ = Rect::None();
+  uint32_t view_x_ = 0;
+  uint32_t view_y_ = 0;
+  bool region_changed_ = true;
+  void* owner_data_[2] = {nullptr, nullptr};
+  bool big_endian_ = false;
+  std::vector<Plane> planes_;
+};
+
+}  // namespace korvanel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "image/image_concrete_base.h"
+
+namespace korvanel {
+
+// Three components held as R, G, B planes whatever their order in the file.
+class CImageRgb : public CImageConcreteBase {
+ public:
+  CImageRgb() = default;
+  bool Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
+            std::string_view layout, int32_t bpp) override;
+  const char* TypeName() const override { return "RGB"; }
+  std::string FormatLabel() const override;
+  uint32_t ComponentCount() const override { return 3; }
+
+  // Decoded pictures (not raw files) carry this mark.
+  void SetFromPicture(bool from_picture) { from_picture_ = from_picture; }
+  bool FromPicture() const { return from_picture_; }
+
+ protected:
+  std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
+
+ private:
+  bool from_picture_ = false;
+};
+
+}  // namespace korvanel

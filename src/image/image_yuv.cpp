@@ -1,0 +1,157 @@
+#include "image/image_yuv.h"
+
+#include <algorithm>
+
+#include "image/format_label.h"
+
+namespace korvanel {
+
+namespace {
+
+constexpr const char* kYuvLabels[] = {"YUVx8", "YUVx16", "YUVx32"};
+constexpr const char* kYuv444Labels[] = {"YUV444 24bpp", "YUV444 48bpp", "YUV444 96bpp"};
+constexpr const char* kYuv422Labels[] = {"YUV422 16bpp", "YUV422 32bpp", "YUV422 64bpp"};
+constexpr const char* kYuv420Labels[] = {"YUV420 12bpp", "YUV420 24bpp", "YUV420 48bpp"};
+
+bool IsCountAllowed(uint32_t count) { return count == 1 || count == 2 || count == 4; }
+
+bool IsPowerOfTwo(uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
+
+uint32_t MaxCount(const YuvCounts& c) { return std::max({c.y, c.u, c.v}); }
+
+// Rounds [lo, hi] out to whole steps: lo down to a multiple, hi up to one less
+// than the next multiple (saturating at the top of the range).
+void AlignSpan(uint32_t step, uint32_t& lo, uint32_t& hi) {
+  lo -= lo % step;
+  const uint64_t next = (uint64_t{hi} / step + 1) * step;
+  hi = static_cast<uint32_t>(std::min<uint64_t>(next - 1, 0xFFFFFFFFu));
+}
+
+}  // namespace
+
+YuvCounts CountYuvLetters(std::string_view layout) {
+  YuvCounts counts;
+  for (char c : layout) {
+    if (c == 'Y') ++counts.y;
+    if (c == 'U') ++counts.u;
+    if (c == 'V') ++counts.v;
+  }
+  return counts;
+}
+
+uint64_t YuvFrameBytes(const YuvCounts& counts, uint32_t width, uint32_t height,
+                       uint32_t bytes_per_component) {
+  const uint32_t m = MaxCount(counts);
+  if (m == 0) return 0;
+  const uint64_t nb = uint64_t{width} * height * bytes_per_component;
+  return counts.y * nb / m + counts.u * nb / m + counts.v * nb / m;
+}
+
+bool CImageYuv::Load(uint8_t*, uint64_t, uint32_t, uint32_t, std::string_view layout, int32_t) {
+  if (!CheckLayout(layout)) return false;
+  return false;
+}
+
+bool CImageYuv::AcceptsCounts(const YuvCounts& c) const {
+  return IsCountAllowed(c.y) && IsCountAllowed(c.u) && IsCountAllowed(c.v);
+}
+
+bool CImageYuv::CheckLayout(std::string_view layout) {
+  const YuvCounts counts = CountYuvLetters(layout);
+  if (!AcceptsCounts(counts)) return false;
+  counts_ = counts;
+  return true;
+}
+
+void CImageYuv::SetLayoutDescription(const YuvCounts& counts, Packing packing, std::string layout) {
+  counts_ = counts;
+  packing_ = packing;
+  layout_ = std::move(layout);
+  raw_byte_size_ = ComputeRawByteSize();
+}
+
+std::string CImageYuv::FormatLabel() const {
+  std::string label = LabelForBits(LabelTable(), bits_);
+  static constexpr const char* kPackingSuffix[] = {" (I)", " (P)", " (PI)"};
+  const auto packing = static_cast<uint32_t>(packing_);
+  if (packing < 3) label += kPackingSuffix[packing];
+  return label;
+}
+
+bool CImageYuv::AlignToChromaGrid(Rect& region) const {
+  const YuvCounts ratio = GridRatio();
+  if (!IsCountAllowed(ratio.y) || !IsCountAllowed(ratio.u) || !IsCountAllowed(ratio.v)) {
+    // The fixed ratios of the subclasses include 4, which is allowed; only a
+    // general image without valid counts ends here.
+    return false;
+  }
+  const uint32_t big = std::max({ratio.y, ratio.u, ratio.v});
+  const uint32_t small = std::min({ratio.y, ratio.u, ratio.v});
+  const uint32_t r = big / small;
+  const uint32_t step_x = r == 4 ? 4 : (r > 1 ? big : 1);
+  const uint32_t step_y = r == 4 ? 2 : 1;
+  AlignSpan(step_x, region.min_x, region.max_x);
+  AlignSpan(step_y, region.min_y, region.max_y);
+  return true;
+}
+
+std::unique_ptr<CImageConcreteBase> CImageYuv::NewEmptyLike() const {
+  std::unique_ptr<CImageYuv> out = NewOfSameClass();
+  out->counts_ = counts_;
+  out->packing_ = packing_;
+  out->layout_ = layout_;
+  return out;
+}
+
+uint64_t CImageYuv::ComputeRawByteSize() const {
+  if (MaxCount(counts_) == 0) return CImageConcreteBase::ComputeRawByteSize();
+  return YuvFrameBytes(counts_, width_, height_, bits_ / 8);
+}
+
+const char* const* CImageYuv::LabelTable() const { return kYuvLabels; }
+
+std::unique_ptr<CImageYuv> CImageYuv::NewOfSameClass() const { return std::make_unique<CImageYuv>(); }
+
+// 4:4:4 -------------------------------------------------------------------
+
+bool CImageYuv444::AcceptsCounts(const YuvCounts& c) const {
+  return c.y == c.u && c.y == c.v && IsCountAllowed(c.y);
+}
+
+std::string CImageYuv444::FormatLabel() const { return LabelForBits(LabelTable(), bits_); }
+
+const char* const* CImageYuv444::LabelTable() const { return kYuv444Labels; }
+
+std::unique_ptr<CImageYuv> CImageYuv444::NewOfSameClass() const {
+  return std::make_unique<CImageYuv444>();
+}
+
+// 4:2:2 -------------------------------------------------------------------
+
+bool CImageYuv422::AcceptsCounts(const YuvCounts& c) const {
+  return c.u != 0 && c.v != 0 && c.y / c.u == 2 && c.y / c.v == 2 && IsPowerOfTwo(c.y);
+}
+
+std::string CImageYuv422::FormatLabel() const { return LabelForBits(LabelTable(), bits_); }
+
+const char* const* CImageYuv422::LabelTable() const { return kYuv422Labels; }
+
+std::unique_ptr<CImageYuv> CImageYuv422::NewOfSameClass() const {
+  return std::make_unique<CImageYuv422>();
+}
+
+// 4:2:0 -------------------------------------------------------------------
+
+bool CImageYuv420::AcceptsCounts(const YuvCounts& c) const {
+  return c.u != 0 && c.v != 0 && c.y / c.u == 4 && c.y / c.v == 4 && c.y == 4;
+}
+
+std::string CImageYuv420::FormatLabel() const { return LabelForBits(LabelTable(), bits_); }
+
+const char* const* CImageYuv420::LabelTable() const { return kYuv420Labels; }
+
+std::unique_ptr<CImageYuv> CImageYuv420::NewOfSameClass() const {
+  return std::make_unique<CImageYuv420>();
+}
+
+}  // namespace korvanel

@@ -1,0 +1,305 @@
+#include "app/app_state.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+
+#include "app/console_feedback.h"
+#include "image/image_gray.h"
+#include "image/image_yuv.h"
+#include "support/image_builders.h"
+#include "support/recording_feedback.h"
+
+namespace korvanel {
+namespace {
+
+using test::MakeImage;
+using test::RecordingFeedback;
+
+class AppStateTest : public ::testing::Test {
+ protected:
+  size_t AddGray(const std::string& name, uint32_t w = 8, uint32_t h = 4, bool from_file = false) {
+    return app.RegisterImage(MakeImage<CImageGray>(8, w, h), name, "P,Y,8", from_file);
+  }
+  std::vector<uint32_t> HkIds() const {
+    std::vector<uint32_t> ids;
+    for (size_t i = 0; i < app.Images().Count(); ++i) ids.push_back(app.Images().At(i).hk_id);
+    return ids;
+  }
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (size_t i = 0; i < app.Images().Count(); ++i) names.push_back(app.Images().At(i).display_name);
+    return names;
+  }
+
+  RecordingFeedback feedback;
+  AppState app{feedback};
+};
+
+TEST_F(AppStateTest, RegisteringNumbersFocusesAndListsInTheMenu) {
+  EXPECT_EQ(AddGray("/a/one.raw"), 0u);
+  EXPECT_TRUE(feedback.has_images);
+  EXPECT_EQ(AddGray("/a/two.raw", 400, 300), 1u);
+  EXPECT_EQ(HkIds(), (std::vector<uint32_t>{1, 2}));
+  EXPECT_EQ(app.FocusIndex(), 1u);
+  EXPECT_EQ(feedback.statuses.back(), "400x300 : Y8");
+  EXPECT_EQ(app.Images().At(1).summary, "117.19 KB | /a/two.raw");
+  EXPECT_EQ(feedback.menu, (std::vector<MenuEntry>{{"[1] /a/one.raw", 33222}, {"[2] /a/two.raw", 33223}}));
+  EXPECT_EQ(feedback.checked, 1u);
+}
+
+TEST_F(AppStateTest, TheTwentyFirstImageIsRefused) {
+  for (int i = 0; i < 20; ++i) AddGray("img" + std::to_string(i));
+  EXPECT_FALSE(app.CheckRoomForImage());
+  EXPECT_EQ(feedback.messages.back(), "[Open image error]: Too many open images, reached a max of 20");
+  EXPECT_EQ(AddGray("one too many"), kNoIndex);
+  EXPECT_EQ(app.Images().Count(), 20u);
+  // "New image" hits the same limit.
+  feedback.messages.clear();
+  EXPECT_FALSE(app.NewImageFromView());
+  EXPECT_EQ(feedback.messages, (std::vector<std::string>{
+                                   "[Open image error]: Too many open images, reached a max of 20"}));
+  EXPECT_EQ(app.Images().Count(), 20u);
+}
+
+TEST_F(AppStateTest, ClosingRenumbersAndRebuildsTheMenu) {
+  for (const char* n : {"a", "b", "c", "d"}) AddGray(n);
+  app.CloseImage(1);
+  EXPECT_EQ(Names(), (std::vector<std::string>{"a", "c", "d"}));
+  EXPECT_EQ(HkIds(), (std::vector<uint32_t>{1, 2, 3}));
+  EXPECT_EQ(feedback.menu,
+            (std::vector<MenuEntry>{{"[1] a", 33222}, {"[2] c", 33223}, {"[3] d", 33224}}));
+  app.CloseAllImages();
+  EXPECT_FALSE(feedback.has_images);
+  EXPECT_EQ(app.FocusIndex(), kNoIndex);
+}
+
+TEST_F(AppStateTest, ClosingTheFocusReturnsToTheMostRecentOther) {
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  app.SetFocus(0);
+  app.SetFocus(2);
+  app.CloseImage(2);
+  EXPECT_EQ(app.FocusIndex(), 0u);  // "a" was focused before "c"
+  app.CloseImage(0);
+  EXPECT_EQ(app.FocusIndex(), 0u);  // "b", now first
+  EXPECT_EQ(Names(), (std::vector<std::string>{"b"}));
+  EXPECT_EQ(app.FocusHistory(), (std::vector<size_t>{0}));
+}
+
+TEST_F(AppStateTest, OpenedPathsCompareIgnoringAsciiCase) {
+  AddGray("/img/a.raw", 8, 4, true);
+  AddGray("New_Copy_a.raw", 8, 4, false);
+  EXPECT_EQ(app.Images().FindPath("/IMG/A.RAW"), 0u);
+  EXPECT_FALSE(app.Images().FindPath("/img/b.raw").has_value());
+  // Created images have no path to collide with.
+  EXPECT_FALSE(app.Images().FindPath("New_Copy_a.raw").has_value());
+}
+
+TEST_F(AppStateTest, HkReferencesCountFromBothEnds) {
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  const ImageRegistry& r = app.Images();
+  EXPECT_EQ(r.ResolveHkReference(1), 0u);
+  EXPECT_EQ(r.ResolveHkReference(3), 2u);
+  EXPECT_EQ(r.ResolveHkReference(-1), 2u);
+  EXPECT_EQ(r.ResolveHkReference(-3), 0u);
+  EXPECT_FALSE(r.ResolveHkReference(0).has_value());
+  EXPECT_FALSE(r.ResolveHkReference(4).has_value());
+  EXPECT_FALSE(r.ResolveHkReference(-4).has_value());
+}
+
+TEST_F(AppStateTest, NewImageCropsWhenThePointerIsInsideTheRegion) {
+  app.RegisterImage(MakeImage<CImageYuv444>(8, 64, 64), "/x/cam.yuv", "I,YUV,8", false);
+  ASSERT_TRUE(app.Images().At(0).image->SetRegionOfInterest({10, 20, 19, 29}));
+
+  app.SetHover(0, 19, 29);
+  ASSERT_TRUE(app.NewImageFromView());
+  EXPECT_EQ(app.Images().At(1).display_name, "New_Copy_cam.xy10_20_wh10x10.yuv");
+  EXPECT_EQ(app.Images().At(1).format_text, "I,YUV,8");
+  EXPECT_EQ(feedback.statuses.back(),
+            "New image: Successfully created New_Copy_cam.xy10_20_wh10x10.yuv (HK id 2)");
+  uint32_t w = 0, h = 0;
+  app.Images().At(1).image->GetSize(w, h);
+  EXPECT_EQ(w, 10u);
+  EXPECT_EQ(h, 10u);
+  EXPECT_EQ(app.FocusIndex(), 1u);
+
+  app.SetHover(0, 20, 29);
+  ASSERT_TRUE(app.NewImageFromView());
+  EXPECT_EQ(app.Images().At(2).display_name, "New_Copy_cam.yuv");
+  app.Images().At(2).image->GetSize(w, h);
+  EXPECT_EQ(w, 64u);
+
+  // Names without extension or folder.
+  app.RegisterImage(MakeImage<CImageGray>(8, 4, 4), "dump", "P,Y,8", false);
+  app.SetHover(kNoIndex, -1, -1);
+  ASSERT_TRUE(app.NewImageFromView());
+  EXPECT_EQ(app.Images().At(4).display_name, "New_Copy_dump");
+}
+
+TEST_F(AppStateTest, NewImageNeedsAnImageUnderThePointerInCompareMode) {
+  EXPECT_FALSE(app.NewImageFromView());
+  EXPECT_TRUE(feedback.statuses.empty());  // nothing open: silent
+  AddGray("a");
+  AddGray("b");
+  app.BeginCollecting();
+  app.CollectForCompare(kNoIndex);
+  ASSERT_TRUE(app.CompareMode());
+  app.SetHover(kNoIndex, 0, 0);
+  EXPECT_FALSE(app.NewImageFromView());
+  EXPECT_EQ(feedback.statuses.back(),
+            "New image error: Please make sure you're in some valid image area");
+}
+
+TEST_F(AppStateTest, CollectingAllTakesImagesOfTheFocusSize) {
+  AddGray("a", 8, 4);
+  AddGray("b", 9, 4);
+  AddGray("c", 8, 4);
+  app.SetFocus(0);
+  app.BeginCollecting();
+  app.CollectForCompare(kNoIndex);
+  EXPECT_TRUE(app.CompareMode());
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 2}));
+}
+
+TEST_F(AppStateTest, CollectingAllOverTheLimitIsRefused) {
+  app.SetMaxComparisonParty(2);
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  app.BeginCollecting();
+  app.CollectForCompare(kNoIndex);
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_EQ(feedback.messages.back(),
+            "[Compare images error]: Too many images to compare, reached a max of 2");
+}
+
+TEST_F(AppStateTest, CollectingAllWithOneLikeImageLeavesCompareMode) {
+  AddGray("a", 8, 4);
+  AddGray("b", 9, 4);
+  app.BeginCollecting();
+  app.CollectForCompare(kNoIndex);
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_FALSE(app.Collecting());
+}
+
+TEST_F(AppStateTest, CollectingByKeySkipsOtherSizesAndEndsOnARepeatedKey) {
+  AddGray("a", 8, 4);
+  AddGray("b", 9, 4);
+  AddGray("c", 8, 4);
+  app.BeginCollecting();
+  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: ");
+  app.CollectForCompare(0);
+  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: [1] ");
+  app.CollectForCompare(1);  // other size: silently not added
+  app.CollectForCompare(7);  // no such image: ignored
+  app.CollectForCompare(2);
+  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: [1] [3] ");
+  EXPECT_FALSE(app.CompareMode());
+  app.CollectForCompare(2);  // the last key again ends collecting
+  EXPECT_TRUE(app.CompareMode());
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 2}));
+}
+
+TEST_F(AppStateTest, RepeatingTheOnlyCollectedKeyDoesNothing) {
+  AddGray("a");
+  AddGray("b");
+  app.BeginCollecting();
+  app.CollectForCompare(1);
+  app.CollectForCompare(1);
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_TRUE(app.Collecting());
+  EXPECT_EQ(app.Collected(), (std::vector<size_t>{1}));
+}
+
+TEST_F(AppStateTest, CollectingStartsComparingAtTheLimit) {
+  app.SetMaxComparisonParty(2);
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  app.BeginCollecting();
+  app.CollectForCompare(2);
+  app.CollectForCompare(0);
+  EXPECT_TRUE(app.CompareMode());
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{2, 0}));
+  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: [3] [1] ");
+}
+
+TEST_F(AppStateTest, ClosingAMemberOfAPairEndsCompareAndFocusesTheSurvivor) {
+  for (const char* n : {"a", "b", "c", "d"}) AddGray(n);
+  app.BeginCollecting();
+  app.CollectForCompare(1);
+  app.CollectForCompare(3);
+  app.CollectForCompare(3);
+  ASSERT_TRUE(app.CompareMode());
+  app.CloseImage(1);
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_EQ(app.FocusIndex(), 2u);  // "d", moved down from 3
+  EXPECT_EQ(app.Images().At(app.FocusIndex()).display_name, "d");
+}
+
+TEST_F(AppStateTest, ClosingAMemberOfALargerGroupShiftsTheGroup) {
+  for (const char* n : {"a", "b", "c", "d"}) AddGray(n);
+  app.BeginCollecting();
+  app.CollectForCompare(kNoIndex);
+  ASSERT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 1, 2, 3}));
+  app.CloseImage(1);
+  EXPECT_TRUE(app.CompareMode());
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 1, 2}));
+}
+
+TEST_F(AppStateTest, ExitPromptFollowsTheCloseOption) {
+  AddGray("a");
+  app.SetCloseOption(CloseOption::Never);
+  EXPECT_TRUE(app.ConfirmExit());
+  app.SetCloseOption(CloseOption::Always);
+  feedback.answer = false;
+  EXPECT_FALSE(app.ConfirmExit());
+  EXPECT_EQ(feedback.questions.back(), "[App exit]: Are you sure to want to exit?");
+
+  app.SetCloseOption(CloseOption::NewCreatedImage);
+  feedback.questions.clear();
+  EXPECT_TRUE(app.ConfirmExit());
+  EXPECT_TRUE(feedback.questions.empty());
+  ASSERT_TRUE(app.NewImageFromView());
+  const IImageContainer* created = app.Images().At(1).image.get();
+  EXPECT_TRUE(app.IsCreatedUnsaved(created));
+  EXPECT_FALSE(app.ConfirmExit());
+  EXPECT_EQ(feedback.questions.back(),
+            "[App exit]: Some images were created but weren't saved! Confirm exit?");
+  app.MarkSaved(created);
+  EXPECT_TRUE(app.ConfirmExit());
+
+  // Closing an unsaved result also drops it from the set.
+  ASSERT_TRUE(app.NewImageFromView());
+  app.CloseImage(2);
+  EXPECT_TRUE(app.ConfirmExit());
+}
+
+TEST_F(AppStateTest, MessagesAreTruncatedToTheSharedBuffer) {
+  const std::string long_text(3000, 'x');
+  const char* text = app.FormatMessage("Can't locate %s", long_text.c_str());
+  EXPECT_EQ(std::string(text).size(), 1023u);
+  EXPECT_EQ(std::string(text).substr(0, 16), "Can't locate xxx");
+}
+
+TEST_F(AppStateTest, BatchConsoleModeKeepsNoMenu) {
+  app.SetCommandsPresent(true);
+  app.SetConsoleMode(true);
+  AddGray("a");
+  EXPECT_TRUE(app.ImagesMenu().empty());
+  EXPECT_TRUE(feedback.statuses.empty());
+}
+
+TEST(ConsoleFeedback, PrintsTitleAndTextLines) {
+  std::FILE* out = std::tmpfile();
+  ASSERT_NE(out, nullptr);
+  CConsoleFeedback console(out);
+  console.ShowMessage("Can't locate /x", "File doesn't exist", MessageStyle::Error);
+  console.StatusMessage("Loading image /x...");
+  EXPECT_FALSE(console.AskYesNo("Overwrite?", "Save"));
+  std::rewind(out);
+  char buffer[256] = {};
+  const size_t n = std::fread(buffer, 1, sizeof(buffer) - 1, out);
+  std::fclose(out);
+  EXPECT_EQ(std::string(buffer, n), "[File doesn't exist]: Can't locate /x\nLoading image /x...\n");
+}
+
+}  // namespace
+}  // namespace korvanel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "image/image_concrete_base.h"
+#include "image/plane.h"
+#include "image/sample_type.h"
+
+namespace korvanel::test {
+
+// A plane whose sample at (x, y) is value(x, y), written sample by sample.
+inline Plane MakePlane(uint32_t bits, uint32_t width, uint32_t height,
+                       const std::function<uint32_t(uint32_t, uint32_t)>& value) {
+  Plane plane;
+  plane.Allocate(bits, width, height);
+  DispatchBits(bits, [&]<typename T>(std::type_identity<T>) {
+    for (uint32_t y = 0; y < height; ++y) {
+      for (uint32_t x = 0; x < width; ++x) plane.Row<T>(y)[x] = static_cast<T>(value(x, y));
+    }
+  });
+  return plane;
+}
+
+// Fills `image` with planes where component c at (x, y) holds c*1000 + y*100 + x.
+template <typename Image>
+std::unique_ptr<Image> MakeImage(uint32_t bits, uint32_t width, uint32_t height) {
+  auto image = std::make_unique<Image>();
+  std::vector<Plane> planes;
+  for (uint32_t c = 0; c < image->ComponentCount(); ++c) {
+    planes.push_back(MakePlane(bits, width, height,
+                               [c](uint32_t x, uint32_t y) { return c * 1000 + y * 100 + x; }));
+  }
+  image->AdoptPlanes(std::move(planes));
+  return image;
+}
+
+}  // namespace korvanel::test
