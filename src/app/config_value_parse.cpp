@@ -136,18 +136,38 @@ bool ParseInt(const KeySpec& spec, std::string_view text, ConfigValue& value, Re
   return true;
 }
 
+// Splits at commas that stand outside "<...>", so "<1,2,3>" stays one entry.
+// Empty entries are kept so that positions stay where the user put them.
+std::vector<std::string_view> SplitListEntries(std::string_view text) {
+  std::vector<std::string_view> entries;
+  size_t start = 0;
+  bool in_brackets = false;
+  for (size_t i = 0; i <= text.size(); ++i) {
+    if (i == text.size() || (text[i] == ',' && !in_brackets)) {
+      entries.push_back(TrimAscii(text.substr(start, i - start)));
+      start = i + 1;
+    } else if (text[i] == '<') {
+      in_brackets = true;
+    } else if (text[i] == '>') {
+      in_brackets = false;
+    }
+  }
+  return entries;
+}
+
 // Missing positions and rejected elements keep their current values; values
 // past the last position are ignored.
 bool ParseIntList(const KeySpec& spec, std::string_view text, ConfigValue& value,
                   Reporter& report) {
   std::vector<int32_t> list = Current<std::vector<int32_t>>(value);
   list.resize(spec.elements.size());
-  const std::vector<std::string> parts = SplitTokens(text, ",");
+  const std::vector<std::string_view> parts = SplitListEntries(text);
   for (size_t i = 0; i < parts.size() && i < list.size(); ++i) {
+    if (parts[i].empty()) continue;
     const std::optional<int64_t> number = ParseInteger(parts[i], false);
     const IntRange range = spec.elements[i];
     if (!number) {
-      report.Undefined(TrimAscii(parts[i]));
+      report.Undefined(parts[i]);
     } else if (!InRange(*number, range.min, range.max)) {
       report.Add("Ignoring out-of-range %d (%d..%d)", ToInt32ForMessage(*number), range.min,
                  range.max);
@@ -183,24 +203,6 @@ bool ParseEnum(const KeySpec& spec, std::string_view text, ConfigValue& value, R
   }
   value = *word;
   return true;
-}
-
-// Splits at commas that stand outside "<...>", so "<1,2,3>" stays one entry.
-std::vector<std::string_view> SplitColorList(std::string_view text) {
-  std::vector<std::string_view> entries;
-  size_t start = 0;
-  bool in_brackets = false;
-  for (size_t i = 0; i <= text.size(); ++i) {
-    if (i == text.size() || (text[i] == ',' && !in_brackets)) {
-      entries.push_back(TrimAscii(text.substr(start, i - start)));
-      start = i + 1;
-    } else if (text[i] == '<') {
-      in_brackets = true;
-    } else if (text[i] == '>') {
-      in_brackets = false;
-    }
-  }
-  return entries;
 }
 
 // One colour entry; `position` (from 1) names it in the report.
@@ -244,7 +246,7 @@ bool ParseColorList(const KeySpec& spec, std::string_view text, ConfigValue& val
   const bool fixed = spec.min == spec.max;
   std::vector<Rgb> colors = fixed ? Current<std::vector<Rgb>>(value) : std::vector<Rgb>{};
   colors.resize(fixed ? static_cast<size_t>(spec.max) : 0);
-  const std::vector<std::string_view> entries = SplitColorList(text);
+  const std::vector<std::string_view> entries = SplitListEntries(text);
   size_t accepted = 0;
   for (size_t i = 0; i < entries.size() && i < static_cast<size_t>(spec.max); ++i) {
     const std::optional<Rgb> color = ParseColor(entries[i], static_cast<int>(i + 1), report);

@@ -5,23 +5,21 @@
 #include "image/color_transform.h"
 #include "image/image_gray.h"
 #include "support/image_builders.h"
+#include "support/log_texts.h"
 #include "support/recording_feedback.h"
 #include "support/temp_dir.h"
 
 namespace korvanel {
 namespace {
 
+using test::FixedStamp;
+using test::kEntryRule;
+using test::kSessionRule;
 using test::MakeImage;
 using test::ReadWholeFile;
 using test::RecordingFeedback;
+using test::StampedSessionStart;
 using test::TempDir;
-
-const std::string kSessionRule = "---xxx" + std::string(88, '-') + "xxx---";
-const std::string kEntryRule(100, '-');
-
-std::string FixedStamp() {
-  return "Monday, March 3, 2025 :: 14:05:09";
-}
 
 // The transforms in force are process-wide; put the defaults back afterwards.
 class AppStateConfig : public ::testing::Test {
@@ -45,7 +43,7 @@ TEST_F(AppStateConfig, MessagesAreNumberedEntriesOfTheApplicationLog) {
     EXPECT_EQ(feedback.messages.size(), 2u);
   }
   EXPECT_EQ(ReadWholeFile(dir / "app.txt"),
-            kSessionRule + "\nSession start [Monday, March 3, 2025 :: 14:05:09]\n" + kEntryRule +
+            StampedSessionStart() + kEntryRule +
                 "\nEntry 1: File doesn't exist\nCan't locate /x/a.raw\n\n" + kEntryRule +
                 "\nEntry 2: Image format string parse error\nIllegal format 'Q'\n\n" + kEntryRule +
                 "\nEntry 3: Session end mark\n\n");
@@ -102,7 +100,7 @@ TEST_F(AppStateConfig, ComparisonLimitComesFromTheConfiguration) {
             (std::vector<std::string>{
                 "[Compare images error]: Too many images to compare, reached a max of 2"}));
   EXPECT_EQ(ReadWholeFile(dir / "qel.log_app.txt"),
-            kSessionRule + "\nSession start [Monday, March 3, 2025 :: 14:05:09]\n" + kEntryRule +
+            StampedSessionStart() + kEntryRule +
                 "\nEntry 1: Compare images error\n"
                 "Too many images to compare, reached a max of 2\n\n");
 }

@@ -5,12 +5,17 @@
 #include "app/config_keys.h"
 #include "app/config_reader.h"
 #include "app/configuration.h"
+#include "support/log_texts.h"
 #include "support/temp_dir.h"
 
 namespace korvanel {
 namespace {
 
+using test::FixedStamp;
+using test::kEntryRule;
+using test::kSessionRule;
 using test::ReadWholeFile;
+using test::StampedSessionStart;
 using test::TempDir;
 using Lines = std::vector<std::string>;
 
@@ -289,42 +294,40 @@ TEST_P(ConfigKeepsGoodParts, ReportsTheBadOnes) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lists, ConfigKeepsGoodParts,
-    ::testing::Values(Partial{"[gui]\nruler_color=red, <300;0;0>, blue",
-                              {"[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)"},
-                              [](auto& v) {
-                                return v.gui.ruler_color == std::vector<Rgb>{kRed, kBlue};
-                              }},
-                      Partial{"[gui]\ntab_color_fg_bg_hl=black, nonsense",
-                              {"[gui]::tab_color_fg_bg_hl: Ignoring invalid color 'nonsense' (2)"},
-                              [](auto& v) {
-                                return v.gui.tab_color_fg_bg_hl ==
-                                       std::vector<Rgb>{{0, 0, 0}, {150, 30, 20}, {200, 70, 0}};
-                              }},
-                      Partial{
-                          "[dialog_ruler]\ncrd_image=5, 0, -3, 7, 9",
-                          {"[dialog_ruler]::crd_image: Ignoring out-of-range 0 (1..100000)",
-                           "[dialog_ruler]::crd_image: Ignoring out-of-range -3 (0..100000)"},
-                          [](auto& v) {
-                            return v.dialog_ruler.crd_image == std::vector<int32_t>{5, 10, 0, 7};
-                          }},
-                      Partial{"[dialog_ruler]\ncrd_screen=x, 50",
-                              {"[dialog_ruler]::crd_screen: Parse error, undefined x"},
-                              [](auto& v) {
-                                return v.dialog_ruler.crd_screen == std::vector<int32_t>{100, 50};
-                              }},
-                      // A later bad value leaves the earlier good one.
-                      Partial{"[gui]\nhistogram_max_height=50\nhistogram_max_height=20",
-                              {"[gui]::histogram_max_height: Out-of-range 20 (30..120)"},
-                              [](auto& v) { return v.gui.histogram_max_height == 50; }}));
+    ::testing::Values(
+        Partial{"[gui]\nruler_color=red, <300;0;0>, blue",
+                {"[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)"},
+                [](auto& v) {
+                  return v.gui.ruler_color == std::vector<Rgb>{kRed, kBlue};
+                }},
+        Partial{"[gui]\ntab_color_fg_bg_hl=black, nonsense",
+                {"[gui]::tab_color_fg_bg_hl: Ignoring invalid color 'nonsense' (2)"},
+                [](auto& v) {
+                  return v.gui.tab_color_fg_bg_hl ==
+                         std::vector<Rgb>{{0, 0, 0}, {150, 30, 20}, {200, 70, 0}};
+                }},
+        Partial{"[dialog_ruler]\ncrd_image=5, 0, -3, 7, 9",
+                {"[dialog_ruler]::crd_image: Ignoring out-of-range 0 (1..100000)",
+                 "[dialog_ruler]::crd_image: Ignoring out-of-range -3 (0..100000)"},
+                [](auto& v) {
+                  return v.dialog_ruler.crd_image == std::vector<int32_t>{5, 10, 0, 7};
+                }},
+        Partial{"[dialog_ruler]\ncrd_image=5,,7",
+                {},
+                [](auto& v) {
+                  return v.dialog_ruler.crd_image == std::vector<int32_t>{5, 10, 7, 0};
+                }},
+        Partial{"[dialog_ruler]\ncrd_screen=x, 50",
+                {"[dialog_ruler]::crd_screen: Parse error, undefined x"},
+                [](auto& v) {
+                  return v.dialog_ruler.crd_screen == std::vector<int32_t>{100, 50};
+                }},
+        // A later bad value leaves the earlier good one.
+        Partial{"[gui]\nhistogram_max_height=50\nhistogram_max_height=20",
+                {"[gui]::histogram_max_height: Out-of-range 20 (30..120)"},
+                [](auto& v) { return v.gui.histogram_max_height == 50; }}));
 
 // --- Loading files ------------------------------------------------------------
-
-std::string FixedStamp() {
-  return "Monday, March 3, 2025 :: 14:05:09";
-}
-
-const std::string kSessionRule = "---xxx" + std::string(88, '-') + "xxx---";
-const std::string kEntryRule(100, '-');
 
 TEST(ConfigurationLoad, MissingFileLeavesEveryDefault) {
   TempDir dir;
@@ -371,8 +374,7 @@ TEST(ConfigurationLoad, WritesRejectionsAsOneEntryAndAppends) {
   ASSERT_TRUE(config.Load(ini));
   ASSERT_TRUE(config.Load(ini));
   EXPECT_EQ(ReadWholeFile(dir / kConfigErrorLogName),
-            kSessionRule + "\nSession start [Monday, March 3, 2025 :: 14:05:09]\n" + kEntryRule +
-                "\nEntry 1: " + ini.string() +
+            StampedSessionStart() + kEntryRule + "\nEntry 1: " + ini.string() +
                 "\n[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)\n"
                 "[gui]::histogram_max_height: Out-of-range 20 (30..120)\n\n" +
                 kEntryRule + "\nEntry 2: " + ini.string() +
@@ -404,8 +406,7 @@ TEST(ConfigurationLoad, InvalidWorkPathKeepsTheProgramFolder) {
   EXPECT_EQ(config.Values().system.work_path, dir.path().string());
   EXPECT_EQ(config.Logs().app.Path(), dir / "qel.log_app.txt");
   EXPECT_EQ(ReadWholeFile(dir / kConfigErrorLogName),
-            kSessionRule + "\nSession start [Monday, March 3, 2025 :: 14:05:09]\n" + kEntryRule +
-                "\nEntry 1: " + ini.string() +
+            StampedSessionStart() + kEntryRule + "\nEntry 1: " + ini.string() +
                 "\n[system]::work_path: Directory '/no/such' isn't valid, ignoring.\n\n");
 }
 

@@ -4,20 +4,17 @@
 
 #include <regex>
 
+#include "support/log_texts.h"
 #include "support/temp_dir.h"
 
 namespace korvanel {
 namespace {
 
+using test::FixedStamp;
+using test::kEntryRule;
+using test::kSessionRule;
 using test::ReadWholeFile;
 using test::TempDir;
-
-const std::string kSessionRule = "---xxx" + std::string(88, '-') + "xxx---";
-const std::string kEntryRule(100, '-');
-
-std::string FixedStamp() {
-  return "Monday, March 3, 2025 :: 14:05:09";
-}
 
 CLogger MakeLogger(const TempDir& dir, StampMode mode) {
   CLogger log;
