@@ -6,9 +6,11 @@
 #include <fstream>
 #include <system_error>
 
+#include "app/configuration.h"
 #include "app/new_image_name.h"
 #include "files/load_new_image.h"
 #include "app/summary_line.h"
+#include "image/color_transform.h"
 #include "image/text_util.h"
 
 namespace korvanel {
@@ -42,7 +44,31 @@ bool SameSize(const IImageContainer& a, const IImageContainer& b) {
 
 AppState::AppState(IUserFeedback& feedback) : feedback_(feedback) {}
 
-AppState::~AppState() = default;
+AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
+    : feedback_(feedback), config_(&config) {
+  ApplyConfiguration(config.Values());
+}
+
+AppState::~AppState() {
+  if (config_ == nullptr) return;
+  CLogger& log = config_->Logs().app;
+  log.BeginEntry("Session end mark");
+  log.Flush();
+}
+
+void AppState::ApplyConfiguration(const ConfigValues& values) {
+  max_comparison_party_ = static_cast<uint32_t>(values.system.max_comparison_party);
+  close_option_ = static_cast<CloseOption>(values.system.app_close_prompt);
+  max_process_threads_ = values.system.max_process_threads;
+  auto_file_naming_ = values.system.auto_file_naming;
+  work_path_ = values.system.work_path;
+  format_file_path_ = values.system.format_file_path;
+  ieval_file_path_ = values.system.ieval_file_path;
+  diff_type_ = values.image.diff_type;
+  default_zoom_ = values.gui.def_zoom;
+  g_yuv_to_rgb = values.image.trans_yuv_to_rgb;
+  g_rgb_to_yuv = values.image.trans_rgb_to_yuv;
+}
 
 // --- messages ----------------------------------------------------------------
 
@@ -55,6 +81,12 @@ const char* AppState::FormatMessage(const char* format, ...) {
 }
 
 void AppState::ShowMessage(std::string_view text, std::string_view title, MessageStyle style) {
+  if (config_ != nullptr) {
+    CLogger& log = config_->Logs().app;
+    log.BeginEntry(title);
+    log.AddLine(text);
+    log.Flush();
+  }
   feedback_.ShowMessage(text, title, style);
 }
 

@@ -11,12 +11,15 @@
 #include <string_view>
 #include <vector>
 
+#include "app/config_values.h"
 #include "app/image_registry.h"
 #include "app/user_feedback.h"
 #include "files/formats_file.h"
 #include "image/line_sink.h"
 
 namespace korvanel {
+
+class CConfiguration;
 
 enum class CloseOption : uint32_t { Never = 0, Always = 1, NewCreatedImage = 2 };
 
@@ -27,7 +30,12 @@ class AppState {
   static constexpr size_t kMessageBufferSize = 1024;
   static constexpr uint32_t kMenuCommandBase = 33222;
 
+  // Without a configuration: built-in defaults and no logs.
   explicit AppState(IUserFeedback& feedback);
+  // Applies `config` and records every ShowMessage in its application log;
+  // the log gets "Session end mark" when the state goes. The program passes
+  // GetConfiguration(), tests one read from a temporary folder.
+  AppState(IUserFeedback& feedback, CConfiguration& config);
   AppState(const AppState&) = delete;
   AppState& operator=(const AppState&) = delete;
   ~AppState();
@@ -97,6 +105,22 @@ class AppState {
   void SetCloseOption(CloseOption option) { close_option_ = option; }
   const std::vector<MenuEntry>& ImagesMenu() const { return images_menu_; }
 
+  // --- configured settings -------------------------------------------------
+  // Takes the settings the core keeps here and installs the configured colour
+  // transforms as the ones in force; --cfg_file calls it again.
+  void ApplyConfiguration(const ConfigValues& values);
+  DiffType GetDiffType() const { return diff_type_; }
+  void SetDiffType(DiffType type) { diff_type_ = type; }
+  bool AutoFileNaming() const { return auto_file_naming_; }
+  void SetAutoFileNaming(bool on) { auto_file_naming_ = on; }
+  // 0: every logical processor, -1: no worker threads.
+  int32_t MaxProcessThreads() const { return max_process_threads_; }
+  // The start zoom; 0 fits the image to the window.
+  double DefaultZoom() const { return default_zoom_; }
+  const std::string& WorkPath() const { return work_path_; }
+  const std::string& FormatFilePath() const { return format_file_path_; }
+  const std::string& IevalFilePath() const { return ieval_file_path_; }
+
  private:
   void RebuildImagesMenu();
   bool OpenWithPrompt(const std::string& path);
@@ -130,6 +154,15 @@ class AppState {
   CNullLineSink null_log_;
   ILineSink* format_log_ = &null_log_;
   bool open_raw_prompt_ = true;
+
+  CConfiguration* config_ = nullptr;  // null: no logs
+  DiffType diff_type_ = DiffType::kAllBin;
+  bool auto_file_naming_ = true;
+  int32_t max_process_threads_ = 0;
+  double default_zoom_ = 1.0;
+  std::string work_path_;
+  std::string format_file_path_;
+  std::string ieval_file_path_;
 
   std::vector<MenuEntry> images_menu_;
   char message_[kMessageBufferSize] = {};

@@ -4,12 +4,14 @@
 
 #include "app/app_state.h"
 #include "app/app_version.h"
+#include "app/configuration.h"
 #include "app/console_feedback.h"
 
 int main(int argc, char** argv) {
   (void)argv;
   korvanel::CConsoleFeedback console;
-  korvanel::AppState app(console);
+  // The first call reads "Korvanel.ini" beside the executable.
+  korvanel::AppState app(console, korvanel::GetConfiguration());
   std::printf("%s %s - raw image viewer and batch processor\n", korvanel::kAppName,
               korvanel::kAppVersion);
   std::printf("Usage: korvanel [-q] [options] [file ...]\n");

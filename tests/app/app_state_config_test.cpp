@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include "app/app_state.h"
+#include "app/configuration.h"
+#include "image/color_transform.h"
+#include "image/image_gray.h"
+#include "support/image_builders.h"
+#include "support/log_texts.h"
+#include "support/recording_feedback.h"
+#include "support/temp_dir.h"
+
+namespace korvanel {
+namespace {
+
+using test::FixedStamp;
+using test::kEntryRule;
+using test::kSessionRule;
+using test::MakeImage;
+using test::ReadWholeFile;
+using test::RecordingFeedback;
+using test::StampedSessionStart;
+using test::TempDir;
+
+// The transforms in force are process-wide; put the defaults back afterwards.
+class AppStateConfig : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    g_yuv_to_rgb = kDefaultYuvToRgb;
+    g_rgb_to_yuv = kDefaultRgbToYuv;
+  }
+  TempDir dir;
+  RecordingFeedback feedback;
+};
+
+TEST_F(AppStateConfig, MessagesAreNumberedEntriesOfTheApplicationLog) {
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[developer]\nlog_app_msg=1, app.txt\n")));
+  config.Logs().app.SetStampSource(FixedStamp);
+  {
+    AppState app(feedback, config);
+    app.ShowMessage("Can't locate /x/a.raw", "File doesn't exist");
+    app.ShowMessage("Illegal format 'Q'", "Image format string parse error");
+    EXPECT_EQ(feedback.messages.size(), 2u);
+  }
+  EXPECT_EQ(ReadWholeFile(dir / "app.txt"),
+            StampedSessionStart() + kEntryRule +
+                "\nEntry 1: File doesn't exist\nCan't locate /x/a.raw\n\n" + kEntryRule +
+                "\nEntry 2: Image format string parse error\nIllegal format 'Q'\n\n" + kEntryRule +
+                "\nEntry 3: Session end mark\n\n");
+}
+
+TEST_F(AppStateConfig, LogOffStillShowsButWritesNothing) {
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[developer]\nlog_app_msg=0\n")));
+  {
+    AppState app(feedback, config);
+    app.ShowMessage("text", "title");
+  }
+  EXPECT_EQ(feedback.messages, (std::vector<std::string>{"[title]: text"}));
+  EXPECT_FALSE(std::filesystem::exists(dir / "qel.log_app.txt"));
+}
+
+TEST_F(AppStateConfig, AppliesTheSettingsItKeeps) {
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(dir.Write(
+      "Korvanel.ini",
+      "[gui]\ndef_zoom=0\n[image]\ndiff_type=mask_bin\n"
+      "trans_yuv_to_rgb=1 0 0 0, 0 1 0 0, 0 0 1 0\n"
+      "[system]\nmax_comparison_party=2\nmax_process_threads=-1\napp_close_prompt=always\n"
+      "auto_file_naming=0\nformat_file_path=rules.fmt\n")));
+  AppState app(feedback, config);
+  EXPECT_EQ(app.MaxComparisonParty(), 2u);
+  EXPECT_EQ(app.MaxProcessThreads(), -1);
+  EXPECT_EQ(app.GetDiffType(), DiffType::kMaskBin);
+  EXPECT_FALSE(app.AutoFileNaming());
+  EXPECT_EQ(app.DefaultZoom(), 0.0);
+  EXPECT_EQ(app.FormatFilePath(), "rules.fmt");
+  EXPECT_EQ(app.WorkPath(), dir.path().string());
+  EXPECT_EQ(g_yuv_to_rgb, (ColorTransform{{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}}}));
+  EXPECT_EQ(g_rgb_to_yuv, kDefaultRgbToYuv);
+  // "always" asks even with nothing unsaved.
+  feedback.answer = false;
+  EXPECT_FALSE(app.ConfirmExit());
+  EXPECT_EQ(feedback.questions,
+            (std::vector<std::string>{"[App exit]: Are you sure to want to exit?"}));
+}
+
+TEST_F(AppStateConfig, ComparisonLimitComesFromTheConfiguration) {
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[system]\nmax_comparison_party=2\n")));
+  config.Logs().app.SetStampSource(FixedStamp);
+  AppState app(feedback, config);
+  for (const char* name : {"a", "b", "c"}) {
+    app.RegisterImage(MakeImage<CImageGray>(8, 4, 4), name, "P,Y,8", false);
+  }
+  app.BeginCollecting();
+  app.CollectForCompare(kNoIndex);
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_EQ(feedback.messages,
+            (std::vector<std::string>{
+                "[Compare images error]: Too many images to compare, reached a max of 2"}));
+  EXPECT_EQ(ReadWholeFile(dir / "qel.log_app.txt"),
+            StampedSessionStart() + kEntryRule +
+                "\nEntry 1: Compare images error\n"
+                "Too many images to compare, reached a max of 2\n\n");
+}
+
+}  // namespace
+}  // namespace korvanel
