@@ -34,6 +34,27 @@ std::string FormatExprValue(ExprValue v);
 
 ExprValue ApplyBinary(OperatorId op, ExprValue a, ExprValue b, ExprErrorState& error);
 
+// The common per-pixel case of ApplyBinary, inlined into the compiled loop:
+// `+` and `*` on two valid operands, which cannot fail. False when the
+// general path is needed.
+inline bool ApplyArithmeticFast(OperatorId op, ExprValue a, ExprValue b, ExprValue& out) {
+  if (!a.IsValid() || !b.IsValid()) return false;
+  const bool integers = a.IsInteger() && b.IsInteger();
+  if (op == OperatorId::kAdd) {
+    out = integers ? ExprValue::Integer(static_cast<int64_t>(static_cast<uint64_t>(a.i) +
+                                                             static_cast<uint64_t>(b.i)))
+                   : ExprValue::Double(a.AsDouble() + b.AsDouble());
+    return true;
+  }
+  if (op == OperatorId::kMultiply) {
+    out = integers ? ExprValue::Integer(static_cast<int64_t>(static_cast<uint64_t>(a.i) *
+                                                             static_cast<uint64_t>(b.i)))
+                   : ExprValue::Double(a.AsDouble() * b.AsDouble());
+    return true;
+  }
+  return false;
+}
+
 // `b` is ignored by one-argument functions.
 ExprValue ApplyFunction(FunctionId fn, ExprValue a, ExprValue b, ExprErrorState& error);
 

@@ -155,9 +155,13 @@ bool CExpressionEvaluator::EvaluateCompiled(ExprValue& result) {
       continue;
     }
     switch (node.kind) {
-      case ExprNodeKind::Binary:
-        node.value = ApplyBinary(node.op, nodes[node.left].value, nodes[node.right].value, error_);
+      case ExprNodeKind::Binary: {
+        const ExprValue a = nodes[node.left].value;
+        const ExprValue b = nodes[node.right].value;
+        if (ApplyArithmeticFast(node.op, a, b, node.value)) continue;
+        node.value = ApplyBinary(node.op, a, b, error_);
         break;
+      }
       case ExprNodeKind::Function:
         node.value =
             ApplyFunction(node.fn, nodes[node.left].value,
