@@ -134,7 +134,7 @@ ExprValue IntegerOnlyBinary(OperatorId op, ExprValue a, ExprValue b, ExprErrorSt
     case OperatorId::kShiftRight:
       return ExprValue::Integer(a.i >> (b.i & 63));
     default:
-      return ExprValue::Integer(a.i << (b.i & 63));
+      return ExprValue::Integer(static_cast<int64_t>(static_cast<uint64_t>(a.i) << (b.i & 63)));
   }
 }
 
@@ -283,6 +283,21 @@ ExprValue LogBase(ExprValue base, ExprValue x, ExprErrorState& error) {
   return ExprValue::Double(num.d / den.d);
 }
 
+// One-argument library functions whose results pass the math check.
+struct MathFunctionRow {
+  FunctionId id;
+  double (*f)(double);
+};
+constexpr MathFunctionRow kMathFunctions[] = {
+    {FunctionId::kSin, [](double v) { return std::sin(v); }},
+    {FunctionId::kCos, [](double v) { return std::cos(v); }},
+    {FunctionId::kTan, [](double v) { return std::tan(v); }},
+    {FunctionId::kExp, [](double v) { return std::exp(v); }},
+    {FunctionId::kLog, [](double v) { return std::log(v); }},
+    {FunctionId::kLog10, [](double v) { return std::log10(v); }},
+    {FunctionId::kSqrt, [](double v) { return std::sqrt(v); }},
+};
+
 }  // namespace
 
 ExprValue NormaliseWhole(ExprValue v) {
@@ -357,16 +372,14 @@ ExprValue ApplyBinary(OperatorId op, ExprValue a, ExprValue b, ExprErrorState& e
 }
 
 ExprValue ApplyFunction(FunctionId fn, ExprValue a, ExprValue b, ExprErrorState& error) {
+  if (fn >= FunctionId::kNone) return Fail(error, kExprUnknownFunction, "");
   if (!a.IsValid()) return ExprValue::Error();
   if (FunctionRowOf(fn).arity == 2 && !b.IsValid()) return ExprValue::Error();
   const double x = a.AsDouble();
+  for (const MathFunctionRow& row : kMathFunctions) {
+    if (row.id == fn) return CallMath(error, [&] { return row.f(x); });
+  }
   switch (fn) {
-    case FunctionId::kSin:
-      return CallMath(error, [x] { return std::sin(x); });
-    case FunctionId::kCos:
-      return CallMath(error, [x] { return std::cos(x); });
-    case FunctionId::kTan:
-      return CallMath(error, [x] { return std::tan(x); });
     case FunctionId::kAtan2:
       return CallMath(error, [x, b] { return std::atan2(x, b.AsDouble()); });
     case FunctionId::kRad:
@@ -395,12 +408,6 @@ ExprValue ApplyFunction(FunctionId fn, ExprValue a, ExprValue b, ExprErrorState&
       return ExprValue::Integer(a.i == 0 ? 1 : 0);
     case FunctionId::kBits:
       return Bits(a, error);
-    case FunctionId::kExp:
-      return CallMath(error, [x] { return std::exp(x); });
-    case FunctionId::kLog:
-      return CallMath(error, [x] { return std::log(x); });
-    case FunctionId::kLog10:
-      return CallMath(error, [x] { return std::log10(x); });
     case FunctionId::kLogb:
       return LogBase(a, b, error);
     case FunctionId::kRound:
@@ -409,8 +416,6 @@ ExprValue ApplyFunction(FunctionId fn, ExprValue a, ExprValue b, ExprErrorState&
       return ToIntegerBy(a, [](double v) { return std::ceil(v); });
     case FunctionId::kFloor:
       return ToIntegerBy(a, [](double v) { return std::floor(v); });
-    case FunctionId::kSqrt:
-      return CallMath(error, [x] { return std::sqrt(x); });
     case FunctionId::kDist:
       return Distance(a, b);
     case FunctionId::kDouble:
@@ -421,7 +426,7 @@ ExprValue ApplyFunction(FunctionId fn, ExprValue a, ExprValue b, ExprErrorState&
       return MinMax(false, a, b);
     case FunctionId::kBinom:
       return Binomial(a, b, error);
-    case FunctionId::kNone:
+    default:
       break;
   }
   return Fail(error, kExprUnknownFunction, "");

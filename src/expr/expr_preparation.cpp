@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "expr/expr_grammar.h"
 #include "expr/expr_tables.h"
 #include "image/text_util.h"
 
@@ -32,15 +33,6 @@ void RewriteMinus(std::string& text) {
   }
 }
 
-size_t MatchingClose(std::string_view text, size_t open) {
-  int depth = 0;
-  for (size_t i = open; i < text.size(); ++i) {
-    if (text[i] == '(') ++depth;
-    if (text[i] == ')' && --depth == 0) return i;
-  }
-  return std::string_view::npos;
-}
-
 // "-sin(x)" becomes "-(sin(x))" so that the minus applies to the call's value
 // through the prefix function "-". The name scan accepts letters and '_'
 // only, so names with digits ("log10", "atan2") are left alone on purpose.
@@ -51,7 +43,7 @@ void WrapNegatedCalls(std::string& text) {
     if (!IsAsciiLetter(text[j]) && text[j] != '_') continue;
     while (j < text.size() && (IsAsciiLetter(text[j]) || text[j] == '_')) ++j;
     if (j >= text.size() || text[j] != '(') continue;
-    const size_t close = MatchingClose(text, j);
+    const size_t close = FindMatchingClose(text, j);
     if (close == std::string_view::npos) continue;
     text.insert(close + 1, 1, ')');
     text.insert(i + 1, 1, '(');

@@ -9,7 +9,8 @@
 //   through the resolver, without parsing or allocating.
 // An instance keeps scratch buffers and its error state, so each thread uses
 // its own. Errors are never thrown: the first error of an evaluation is kept
-// and read with GetErrorText().
+// and read with GetErrorText(). Nesting deeper than kMaxExpressionDepth
+// (parentheses, operator chains, prefix operators) fails with a Math error.
 
 #include <cstdint>
 #include <string>
