@@ -60,84 +60,6 @@ ExprValue NotAllowed(ExprErrorState& error, const char* what, ExprValue offendin
                         FormatExprValue(offending).c_str()));
 }
 
-ExprValue Compare(OperatorId op, ExprValue a, ExprValue b) {
-  bool r = false;
-  if (a.IsInteger() && b.IsInteger()) {
-    switch (op) {
-      case OperatorId::kLess:
-        r = a.i < b.i;
-        break;
-      case OperatorId::kLessEqual:
-        r = a.i <= b.i;
-        break;
-      case OperatorId::kGreater:
-        r = a.i > b.i;
-        break;
-      case OperatorId::kGreaterEqual:
-        r = a.i >= b.i;
-        break;
-      case OperatorId::kEqual:
-        r = a.i == b.i;
-        break;
-      default:
-        r = a.i != b.i;
-        break;
-    }
-  } else {
-    const double x = a.AsDouble();
-    const double y = b.AsDouble();
-    switch (op) {
-      case OperatorId::kLess:
-        r = x < y;
-        break;
-      case OperatorId::kLessEqual:
-        r = x <= y;
-        break;
-      case OperatorId::kGreater:
-        r = x > y;
-        break;
-      case OperatorId::kGreaterEqual:
-        r = x >= y;
-        break;
-      case OperatorId::kEqual:
-        r = x == y;
-        break;
-      default:
-        r = x != y;
-        break;
-    }
-  }
-  return ExprValue::Integer(r ? 1 : 0);
-}
-
-ExprValue IntegerOnlyBinary(OperatorId op, ExprValue a, ExprValue b, ExprErrorState& error) {
-  const bool logical = op == OperatorId::kLogicalOr || op == OperatorId::kLogicalXor ||
-                       op == OperatorId::kLogicalAnd;
-  if (!a.IsInteger() || !b.IsInteger()) {
-    return NotAllowed(error, logical ? "condition" : "bitwise", a.IsInteger() ? b : a);
-  }
-  switch (op) {
-    case OperatorId::kLogicalOr:
-      return ExprValue::Integer((a.i != 0 || b.i != 0) ? 1 : 0);
-    case OperatorId::kLogicalXor:
-      return ExprValue::Integer(((a.i != 0) != (b.i != 0)) ? 1 : 0);
-    case OperatorId::kLogicalAnd:
-      return ExprValue::Integer((a.i != 0 && b.i != 0) ? 1 : 0);
-    case OperatorId::kBitOr:
-      return ExprValue::Integer(a.i | b.i);
-    case OperatorId::kBitXor:
-      return ExprValue::Integer(a.i ^ b.i);
-    case OperatorId::kBitAnd:
-      return ExprValue::Integer(a.i & b.i);
-    // The count is taken modulo 64 (b & 63 is that for negative counts too);
-    // C++20 defines both shifts on negative values (>> keeps the sign).
-    case OperatorId::kShiftRight:
-      return ExprValue::Integer(a.i >> (b.i & 63));
-    default:
-      return ExprValue::Integer(static_cast<int64_t>(static_cast<uint64_t>(a.i) << (b.i & 63)));
-  }
-}
-
 ExprValue Divide(ExprValue a, ExprValue b, ExprErrorState& error) {
   if (a.kind == ExprKind::Empty) {
     return Fail(error, kExprMathError,
@@ -314,57 +236,45 @@ std::string FormatExprValue(ExprValue v) {
 }
 
 ExprValue ApplyBinary(OperatorId op, ExprValue a, ExprValue b, ExprErrorState& error) {
+  using Op = OperatorId;
   if (a.kind == ExprKind::Error) return a;
-  switch (op) {
-    case OperatorId::kLess:
-    case OperatorId::kLessEqual:
-    case OperatorId::kGreater:
-    case OperatorId::kGreaterEqual:
-    case OperatorId::kEqual:
-    case OperatorId::kNotEqual:
-    case OperatorId::kLogicalOr:
-    case OperatorId::kLogicalXor:
-    case OperatorId::kLogicalAnd:
-    case OperatorId::kBitOr:
-    case OperatorId::kBitXor:
-    case OperatorId::kBitAnd:
-    case OperatorId::kShiftRight:
-    case OperatorId::kShiftLeft:
-      if (a.kind == ExprKind::Empty || b.kind == ExprKind::Empty) {
-        return Fail(error, kExprMathError,
-                    StrFormat("can't perform condition on empty phrase (Left = %s, Right = %s)",
-                              FormatExprValue(a).c_str(), FormatExprValue(b).c_str()));
-      }
-      if (b.kind == ExprKind::Error) {
-        return static_cast<uint32_t>(op) <= static_cast<uint32_t>(OperatorId::kNotEqual)
-                   ? ExprValue::Integer(0)
-                   : b;
-      }
-      if (static_cast<uint32_t>(op) <= static_cast<uint32_t>(OperatorId::kNotEqual)) {
-        return Compare(op, a, b);
-      }
-      return IntegerOnlyBinary(op, a, b, error);
-    default:
-      break;
+  // Comparisons, logical and bitwise operators (ids 0..13) check both sides.
+  const auto id = static_cast<uint32_t>(op);
+  if (id <= static_cast<uint32_t>(Op::kShiftLeft)) {
+    if (a.kind == ExprKind::Empty || b.kind == ExprKind::Empty) {
+      return Fail(error, kExprMathError,
+                  StrFormat("can't perform condition on empty phrase (Left = %s, Right = %s)",
+                            FormatExprValue(a).c_str(), FormatExprValue(b).c_str()));
+    }
+    if (b.kind == ExprKind::Error) {
+      return id <= static_cast<uint32_t>(Op::kNotEqual) ? ExprValue::Integer(0) : b;
+    }
+  } else if (!b.IsValid()) {
+    return ExprValue::Error();
   }
-  if (b.kind == ExprKind::Error || b.kind == ExprKind::Empty) return ExprValue::Error();
+  ExprValue out;
+  if (ApplyTotalBinary(op, a, b, out)) return out;
   switch (op) {
-    case OperatorId::kAdd:
-      if (a.kind == ExprKind::Empty) return b;
-      if (a.IsInteger() && b.IsInteger()) return ExprValue::Integer(WrapAdd(a.i, b.i));
-      return ExprValue::Double(a.AsDouble() + b.AsDouble());
-    case OperatorId::kMultiply:
-      if (a.kind == ExprKind::Empty) {
-        return Fail(error, kExprMathError,
-                    StrFormat("can't multiply left of %s", FormatExprValue(b).c_str()));
-      }
-      if (a.IsInteger() && b.IsInteger()) return ExprValue::Integer(WrapMul(a.i, b.i));
-      return ExprValue::Double(a.AsDouble() * b.AsDouble());
-    case OperatorId::kDivide:
+    case Op::kLogicalOr:
+    case Op::kLogicalXor:
+    case Op::kLogicalAnd:
+      return NotAllowed(error, "condition", a.IsInteger() ? b : a);
+    case Op::kBitOr:
+    case Op::kBitXor:
+    case Op::kBitAnd:
+    case Op::kShiftRight:
+    case Op::kShiftLeft:
+      return NotAllowed(error, "bitwise", a.IsInteger() ? b : a);
+    case Op::kAdd:
+      return b;  // an empty left side adds nothing
+    case Op::kMultiply:
+      return Fail(error, kExprMathError,
+                  StrFormat("can't multiply left of %s", FormatExprValue(b).c_str()));
+    case Op::kDivide:
       return Divide(a, b, error);
-    case OperatorId::kRemainder:
+    case Op::kRemainder:
       return Remainder(a, b, error);
-    case OperatorId::kPower:
+    case Op::kPower:
       return Power(a, b, error);
     default:
       return Fail(error, kExprIllegalOperator, "");

@@ -5,7 +5,8 @@
 // compiled per-pixel loop, so all three compute the same values.
 //
 // Error and Empty operands: an Error operand gives Error without a new error
-// record (the operand's own failure was recorded where it happened). Empty
+// record (the operand's own failure was recorded where it happened), except
+// that a comparison with an Error on the right is simply false. Empty
 // only reaches the left side of a binary operator (an empty span such as the
 // left of "+5"), and each operator says what it does with it.
 
@@ -34,25 +35,107 @@ std::string FormatExprValue(ExprValue v);
 
 ExprValue ApplyBinary(OperatorId op, ExprValue a, ExprValue b, ExprErrorState& error);
 
-// The common per-pixel case of ApplyBinary, inlined into the compiled loop:
-// `+` and `*` on two valid operands, which cannot fail. False when the
-// general path is needed.
-inline bool ApplyArithmeticFast(OperatorId op, ExprValue a, ExprValue b, ExprValue& out) {
+// The operators that cannot fail on two valid operands of these kinds:
+// everything on two Integers but `/`, `%` and `^`; comparisons, `+` and `*`
+// otherwise. Inline so that the compiled loop does the common case in place;
+// ApplyBinary uses it too. False when the general path is needed.
+inline bool ApplyTotalBinary(OperatorId op, ExprValue a, ExprValue b, ExprValue& out) {
+  using Op = OperatorId;
   if (!a.IsValid() || !b.IsValid()) return false;
-  const bool integers = a.IsInteger() && b.IsInteger();
-  if (op == OperatorId::kAdd) {
-    out = integers ? ExprValue::Integer(static_cast<int64_t>(static_cast<uint64_t>(a.i) +
-                                                             static_cast<uint64_t>(b.i)))
-                   : ExprValue::Double(a.AsDouble() + b.AsDouble());
+  // Sums and products of mixed kinds (weights times samples) come first.
+  if (!(a.IsInteger() && b.IsInteger()) && (op == Op::kAdd || op == Op::kMultiply)) {
+    const double x = a.AsDouble();
+    const double y = b.AsDouble();
+    out = ExprValue::Double(op == Op::kAdd ? x + y : x * y);
     return true;
   }
-  if (op == OperatorId::kMultiply) {
-    out = integers ? ExprValue::Integer(static_cast<int64_t>(static_cast<uint64_t>(a.i) *
-                                                             static_cast<uint64_t>(b.i)))
-                   : ExprValue::Double(a.AsDouble() * b.AsDouble());
+  if (a.IsInteger() && b.IsInteger()) {
+    const int64_t x = a.i;
+    const int64_t y = b.i;
+    // Wrapping arithmetic is done on uint64_t (C++20 defines the conversion
+    // back); the shift count is taken modulo 64 and >> keeps the sign.
+    const uint64_t ux = static_cast<uint64_t>(x);
+    const uint64_t uy = static_cast<uint64_t>(y);
+    int64_t r = 0;
+    switch (op) {
+      case Op::kLess:
+        r = x < y;
+        break;
+      case Op::kLessEqual:
+        r = x <= y;
+        break;
+      case Op::kGreater:
+        r = x > y;
+        break;
+      case Op::kGreaterEqual:
+        r = x >= y;
+        break;
+      case Op::kEqual:
+        r = x == y;
+        break;
+      case Op::kNotEqual:
+        r = x != y;
+        break;
+      case Op::kLogicalOr:
+        r = x != 0 || y != 0;
+        break;
+      case Op::kLogicalXor:
+        r = (x != 0) != (y != 0);
+        break;
+      case Op::kLogicalAnd:
+        r = x != 0 && y != 0;
+        break;
+      case Op::kBitOr:
+        r = x | y;
+        break;
+      case Op::kBitXor:
+        r = x ^ y;
+        break;
+      case Op::kBitAnd:
+        r = x & y;
+        break;
+      case Op::kShiftRight:
+        r = x >> (y & 63);
+        break;
+      case Op::kShiftLeft:
+        r = static_cast<int64_t>(ux << (y & 63));
+        break;
+      case Op::kAdd:
+        r = static_cast<int64_t>(ux + uy);
+        break;
+      case Op::kMultiply:
+        r = static_cast<int64_t>(ux * uy);
+        break;
+      default:
+        return false;
+    }
+    out = ExprValue::Integer(r);
     return true;
   }
-  return false;
+  const double x = a.AsDouble();
+  const double y = b.AsDouble();
+  switch (op) {
+    case Op::kLess:
+      out = ExprValue::Integer(x < y);
+      return true;
+    case Op::kLessEqual:
+      out = ExprValue::Integer(x <= y);
+      return true;
+    case Op::kGreater:
+      out = ExprValue::Integer(x > y);
+      return true;
+    case Op::kGreaterEqual:
+      out = ExprValue::Integer(x >= y);
+      return true;
+    case Op::kEqual:
+      out = ExprValue::Integer(x == y);
+      return true;
+    case Op::kNotEqual:
+      out = ExprValue::Integer(x != y);
+      return true;
+    default:
+      return false;
+  }
 }
 
 // `b` is ignored by one-argument functions.

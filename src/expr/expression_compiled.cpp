@@ -158,7 +158,7 @@ bool CExpressionEvaluator::EvaluateCompiled(ExprValue& result) {
       case ExprNodeKind::Binary: {
         const ExprValue a = nodes[node.left].value;
         const ExprValue b = nodes[node.right].value;
-        if (ApplyArithmeticFast(node.op, a, b, node.value)) continue;
+        if (ApplyTotalBinary(node.op, a, b, node.value)) continue;
         node.value = ApplyBinary(node.op, a, b, error_);
         break;
       }
