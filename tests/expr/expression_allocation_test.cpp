@@ -1,0 +1,57 @@
+// The compiled loop runs once per pixel on every worker: it must not touch
+// the heap on its success path. Global operator new counts allocations made
+// by this thread while a measurement is open.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "expr/expression_evaluator.h"
+#include "expr_test_support.h"
+
+namespace {
+thread_local bool g_counting = false;
+thread_local int g_allocations = 0;
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (g_counting) ++g_allocations;
+  void* p = std::malloc(size == 0 ? 1 : size);
+  if (p == nullptr) throw std::bad_alloc();
+  return p;
+}
+void operator delete(void* p) noexcept {
+  std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+  std::free(p);
+}
+
+namespace korvanel {
+namespace {
+
+TEST(CompiledMode, EvaluatesWithoutAllocating) {
+  test::MapResolver vars;
+  vars.vars = {
+      {"a", ExprValue::Integer(200)}, {"b", ExprValue::Double(1.5)}, {"c", ExprValue::Integer(0)}};
+  const char* texts[] = {"0.299*a + 0.587*b + 0.114*c", "(a & 0xF0) >> 4 > c && c != 0",
+                         "sqrt(a*a + b*b) + min(a, c) / 2", "fact(5) + bits(a) - round(b)"};
+  for (const char* text : texts) {
+    CExpressionEvaluator eval;
+    eval.SetResolver(&vars);
+    eval.SetCompiledMode(true);
+    ExprValue v;
+    ASSERT_TRUE(eval.Evaluate(text, v)) << eval.GetErrorText();
+    g_allocations = 0;
+    g_counting = true;
+    bool ok = true;
+    for (int k = 0; k < 100; ++k) ok = eval.EvaluateCompiled(v) && ok;
+    g_counting = false;
+    EXPECT_TRUE(ok) << text;
+    EXPECT_EQ(g_allocations, 0) << text;
+  }
+}
+
+}  // namespace
+}  // namespace korvanel
