@@ -8,8 +8,8 @@
 
 #include "app/configuration.h"
 #include "app/new_image_name.h"
-#include "files/load_new_image.h"
 #include "app/summary_line.h"
+#include "files/load_new_image.h"
 #include "image/color_transform.h"
 #include "image/text_util.h"
 
@@ -47,6 +47,8 @@ AppState::AppState(IUserFeedback& feedback) : feedback_(feedback) {}
 AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
     : feedback_(feedback), config_(&config) {
   ApplyConfiguration(config.Values());
+  SetFormatLog(&config.Logs().format_load);
+  LoadFormats("");
 }
 
 AppState::~AppState() {
@@ -109,6 +111,7 @@ bool AppState::OpenImage(const std::string& path) {
   }
   StatusMessage("Loading image %s...", path.c_str());
   LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_);
+  format_log_->Flush();
   if (loaded.image) {
     RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
     return true;
@@ -118,6 +121,20 @@ bool AppState::OpenImage(const std::string& path) {
     return false;
   }
   return OpenWithPrompt(path);
+}
+
+bool AppState::LoadFormats(const std::string& path) {
+  std::vector<std::string> candidates;
+  if (!path.empty()) {
+    candidates.push_back(path);
+  } else {
+    const std::filesystem::path configured(format_file_path_.empty() ? "Korvanel.fmt" : format_file_path_);
+    candidates.push_back(configured.string());
+    if (configured.is_relative()) candidates.push_back((ExecutableDirectory() / configured).string());
+  }
+  const bool ok = LoadFormatsFile(candidates, format_rules_, *format_log_);
+  format_log_->Flush();
+  return ok;
 }
 
 // Asks for an expression and size until one loads or the user cancels.
@@ -132,6 +149,7 @@ bool AppState::OpenWithPrompt(const std::string& path) {
       continue;
     }
     LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_);
+    format_log_->Flush();
     if (loaded.image) {
       RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
       return true;

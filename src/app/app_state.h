@@ -45,6 +45,10 @@ class AppState {
   // is already open is silently not opened again.
   bool OpenImage(const std::string& path);
   FormatRules& Formats() { return format_rules_; }
+  // Reads the rules from `path` alone (--fmt_file), or with an empty path
+  // from the configured formats file: in the current folder, then beside
+  // the executable.
+  bool LoadFormats(const std::string& path);
   // Where the steps of matching files against the rules are traced.
   void SetFormatLog(ILineSink* log) { format_log_ = log != nullptr ? log : &null_log_; }
   ILineSink& FormatLog() { return *format_log_; }

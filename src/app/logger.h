@@ -50,7 +50,7 @@ class CLogger final : public ILineSink {
   void AddLine(std::string_view line) override;
   void AddLineF(const char* format, ...) __attribute__((format(printf, 2, 3)));
   // Adds an empty line and writes every pending line to the file.
-  void Flush();
+  void Flush() override;
 
   const std::vector<std::string>& PendingLines() const { return lines_; }
 

@@ -12,6 +12,8 @@ class ILineSink {
   // Opens a titled section (a numbered entry in a log file).
   virtual void BeginEntry(std::string_view title) = 0;
   virtual void AddLine(std::string_view line) = 0;
+  // Hands pending lines on (a log file writes them out); no-op by default.
+  virtual void Flush() {}
 };
 
 class CNullLineSink final : public ILineSink {
