@@ -134,6 +134,27 @@ TEST_F(BatchMode, OperationsNotInThisBuildFailClearly) {
   EXPECT_NE(run.output.find("Diff: not available yet\n"), std::string::npos);
 }
 
+TEST_F(BatchMode, FormatsAndConfigurationFilesCanBeSwapped) {
+  ProgramRun run = Run({"-ff", "missing.fmt"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Can't load format file 'missing.fmt'\n");
+  run = Run({"-cf", "missing.ini"});
+  EXPECT_EQ(run.output, "Can't load config file 'missing.ini'\n");
+  dir.Write("other.fmt", "<format_group>\nfile_pattern = [.*\\.bin]\nwidth = 3\nheight = 1\nformat = [],P,Y,8\n</format_group>\n");
+  dir.Write("three.bin", "xyz");
+  run = Run({"-ff", "other.fmt", "-op", "three.bin", "-op", "a_4x2.y8"});
+  EXPECT_EQ(run.status, 255) << "the new rules replace the old ones";
+  EXPECT_EQ(run.output, "Loading image three.bin...\nLoading image a_4x2.y8...\n"
+                        "[Open image error]: Can't open a_4x2.y8 (unsupported format)\nOpen image failed\n");
+  dir.Write("other.ini", "[system]\nmax_comparison_party = 2\n");
+  dir.Write("d_4x2.y8", "12345678");
+  run = Run({"a_4x2.y8", "b_4x2.y8", "d_4x2.y8", "-cf", "other.ini", "-cmp"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("[Compare images error]: Too many images to compare, reached a max of 2\n"),
+            std::string::npos)
+      << run.output;
+}
+
 TEST_F(BatchMode, BatchErrorsAreLogged) {
   const test::ProgramRunner logged(dir, "[system]\nwork_path = " + dir.path().string() +
                                             "\n[developer]\ndebug_batch_error_log = 1, batch.log\n");
