@@ -1,10 +1,12 @@
 # Thin wrapper over CMake: every target bootstraps, configures and builds what it needs.
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 
-.PHONY: all bootstrap build run test bench sanitize clean
+.PHONY: all bootstrap build run test bench sanitize fuzz clean
 
 all: build
 
@@ -33,5 +35,12 @@ sanitize: bootstrap
 	cmake --build $(ASAN_BUILD)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j2
 
+# Every libFuzzer target for FUZZ_SECONDS each over its seed corpus; fails on
+# the first finding.
+fuzz: bootstrap
+	CXX=clang++ $(CMAKE_GEN) -S . -B $(FUZZ_BUILD) -DKORVANEL_FUZZ=ON -DKORVANEL_TESTS=OFF -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(FUZZ_BUILD)
+	scripts/run_fuzzers $(FUZZ_BUILD)/fuzz $(FUZZ_SECONDS)
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

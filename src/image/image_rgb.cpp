@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/format_expression.h"
 #include "image/format_label.h"
 #include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
@@ -42,7 +43,7 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
   uint32_t order[3];
   if (!LetterOrder(CompactLayout(layout), order)) return false;
 
-  const uint32_t bytes = (std::abs(bpp) + 7) / 8;
+  const uint32_t bytes = BppBytes(bpp);
   const uint64_t expected = PlanarFrameBytes(width, height, bytes, 3);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
   if (planes.empty()) return false;
