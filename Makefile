@@ -1,10 +1,12 @@
 # Thin wrapper over CMake: every target bootstraps, configures and builds what it needs.
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+TSAN_BUILD ?= build-tsan
+TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|Unpack
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 
-.PHONY: all bootstrap build run test bench sanitize clean
+.PHONY: all bootstrap build run test bench sanitize tsan clean
 
 all: build
 
@@ -33,5 +35,11 @@ sanitize: bootstrap
 	cmake --build $(ASAN_BUILD)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j2
 
+# The threaded parts (pool, jobs, I-Eval runs) under ThreadSanitizer.
+tsan: bootstrap
+	$(CMAKE_GEN) -S . -B $(TSAN_BUILD) -DKORVANEL_TSAN=ON -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
+	cmake --build $(TSAN_BUILD)
+	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j2 -R '$(TSAN_TESTS)'
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD)
