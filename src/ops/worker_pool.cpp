@@ -85,8 +85,16 @@ bool WorkerPool::Run() {
   const uint32_t active = active_count_.load(std::memory_order_acquire);
   for (uint32_t i = 0; i < active; ++i) {
     WorkerContext& context = *contexts_[i];
-    if (!context.thread.joinable()) StartWorker(context);
-    context.cancel.store(0, std::memory_order_relaxed);
+    {
+      // A job that fails while later workers are still being started must
+      // stop those too, as it stops every worker started in this run: under
+      // the lock, a new worker either starts with the run already aborted
+      // or is started before the failure looks at its idle mark.
+      std::lock_guard lock(cancel_mutex_);
+      const bool starts = !context.thread.joinable();
+      context.cancel.store(starts && Aborted() ? 1 : 0, std::memory_order_relaxed);
+      if (starts) StartWorker(context);
+    }
     context.last_result.store(1, std::memory_order_relaxed);
     context.work.Set();
   }
@@ -102,6 +110,7 @@ bool WorkerPool::Run() {
 }
 
 void WorkerPool::CancelStartedWorkers() {
+  std::lock_guard lock(cancel_mutex_);
   for (auto& context : contexts_) {
     if (context->idle.load(std::memory_order_acquire) == 0) {
       context->cancel.store(1, std::memory_order_relaxed);

@@ -20,6 +20,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -105,6 +106,7 @@ class WorkerPool final : public IParallelRunner {
   std::atomic<uint32_t> active_count_{0};
   std::vector<std::unique_ptr<WorkerContext>> contexts_;
   std::atomic<uint8_t> aborted_{0};
+  std::mutex cancel_mutex_;  // orders cancel requests against worker starts
   CEvent* completion_ = nullptr;
   std::atomic<int64_t> start_ticks_{0};
   uint64_t elapsed_ms_ = 0;
