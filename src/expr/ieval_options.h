@@ -9,12 +9,12 @@
 
 namespace korvanel {
 
-enum class IEvalChannels : uint32_t { Context = 0, Single = 1, Three = 2 };
+enum class IEvalChannelMode : uint32_t { Context = 0, Single = 1, Three = 2 };
 
 struct IEvalOptions {
   // Read where an index points outside the image, per component of the token.
   std::array<uint32_t, 3> out_of_range{0, 0, 0};
-  IEvalChannels channels = IEvalChannels::Context;
+  IEvalChannelMode channels = IEvalChannelMode::Context;
   bool yuv = false;       // 3-channel output as Y, U, V planes instead of R, G, B
   uint32_t out_bits = 0;  // 0: image 1's depth
   bool in_roi = false;    // evaluate only the region of interest

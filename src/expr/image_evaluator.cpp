@@ -199,14 +199,14 @@ bool CImageEvaluator::InitPhrase(std::string_view stage, const IEvalInputs& inpu
     return Fail("Phrase must have either 1 or 3 components");
   }
   switch (options.channels) {
-    case IEvalChannels::Single:
+    case IEvalChannelMode::Single:
       if (phrases.size() == 3) return Fail("Can't force single output on 3 components expression");
       channels_ = 1;
       break;
-    case IEvalChannels::Three:
+    case IEvalChannelMode::Three:
       channels_ = 3;
       break;
-    case IEvalChannels::Context:
+    case IEvalChannelMode::Context:
       channels_ = phrases.size() == 3 || inputs.images[0].components == 3 ? 3 : 1;
       break;
   }

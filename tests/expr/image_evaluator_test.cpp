@@ -155,7 +155,7 @@ TEST(ImageEvaluatorTest, RegionVariablesDescribeTheActiveRegion) {
   auto grey = Gray(8, 6, 5, [](uint32_t, uint32_t) { return 0; });
   grey->SetRegionOfInterest(Rect{1, 2, 4, 3});
   const StageResult r = RunStage("x1*10+y1;x2*10+y2;cw*10+ch+w+h", {grey.get()},
-                                 IEvalOptions{{0, 0, 0}, IEvalChannels::Three, false, 0, false});
+                                 IEvalOptions{{0, 0, 0}, IEvalChannelMode::Three, false, 0, false});
   ASSERT_TRUE(r.ok) << Joined(r.errors);
   EXPECT_EQ(r.planes[0].SampleAt(0, 0), 12u);
   EXPECT_EQ(r.planes[1].SampleAt(5, 4), 43u);
@@ -200,23 +200,23 @@ TEST(ImageEvaluatorTest, PreparationFailuresSayWhatAndWhere) {
   auto rgb = MakeImage<CImageRgb>(8, 4, 4);
   struct Case {
     const char* stage;
-    IEvalChannels channels;
+    IEvalChannelMode channels;
     const char* errors;
   };
   const Case cases[] = {
-      {"i;i", IEvalChannels::Context, "Phrase must have either 1 or 3 components\n"},
-      {"i;i;i", IEvalChannels::Single, "Can't force single output on 3 components expression\n"},
-      {"1 + i[x y]", IEvalChannels::Context, "No XY separator for expr. starting at pos 4\n"},
-      {"x] + 1", IEvalChannels::Context, "Unbalanced barracks for expr. starting at pos 1\n"},
-      {"2*i[x,(y]", IEvalChannels::Context, "Unbalanced barracks for expr. starting at pos 2\n"},
-      {"i3c1 + 1", IEvalChannels::Context, "Illegal image component token i3c1 at pos 0\n"},
-      {"i1c4", IEvalChannels::Context, "Illegal image component token i1c4 at pos 0\n"},
-      {"x + foo[1,2]", IEvalChannels::Context, "Illegal image component token foo at pos 4\n"},
-      {"1;2;x +* 3", IEvalChannels::Context,
+      {"i;i", IEvalChannelMode::Context, "Phrase must have either 1 or 3 components\n"},
+      {"i;i;i", IEvalChannelMode::Single, "Can't force single output on 3 components expression\n"},
+      {"1 + i[x y]", IEvalChannelMode::Context, "No XY separator for expr. starting at pos 4\n"},
+      {"x] + 1", IEvalChannelMode::Context, "Unbalanced barracks for expr. starting at pos 1\n"},
+      {"2*i[x,(y]", IEvalChannelMode::Context, "Unbalanced barracks for expr. starting at pos 2\n"},
+      {"i3c1 + 1", IEvalChannelMode::Context, "Illegal image component token i3c1 at pos 0\n"},
+      {"i1c4", IEvalChannelMode::Context, "Illegal image component token i1c4 at pos 0\n"},
+      {"x + foo[1,2]", IEvalChannelMode::Context, "Illegal image component token foo at pos 4\n"},
+      {"1;2;x +* 3", IEvalChannelMode::Context,
        "Can't parse x +* 3 at pos 4\nIllegal operator: Illegal operand '+*'\n"},
-      {"i[x,y+*2]", IEvalChannels::Context,
+      {"i[x,y+*2]", IEvalChannelMode::Context,
        "Can't parse y+*2 at pos 4\nIllegal operator: Illegal operand '+*'\n"},
-      {"i7", IEvalChannels::Context, "Can't parse i7 at pos 0\nUnknown variable: i7\n"},
+      {"i7", IEvalChannelMode::Context, "Can't parse i7 at pos 0\nUnknown variable: i7\n"},
   };
   for (const Case& c : cases) {
     IEvalOptions options;

@@ -114,17 +114,17 @@ TEST(ImageEvalOperationTest, OutputsCarryTheirFormatAndKind) {
   struct Case {
     const CImageConcreteBase* image;
     const char* expression;
-    IEvalChannels channels;
+    IEvalChannelMode channels;
     bool yuv;
     uint32_t bits;
     const char* format;
     const char* type;
   };
   const Case cases[] = {
-      {grey.get(), "i", IEvalChannels::Context, false, 0, "P,Y,8", "GRAY"},
-      {rgb.get(), "i", IEvalChannels::Context, false, 0, "P,R,G,B,16", "RGB"},
-      {rgb.get(), "i", IEvalChannels::Single, false, 8, "P,Y,8", "GRAY"},
-      {grey.get(), "i", IEvalChannels::Three, true, 32, "P,Y,U,V,32", "YUV"},
+      {grey.get(), "i", IEvalChannelMode::Context, false, 0, "P,Y,8", "GRAY"},
+      {rgb.get(), "i", IEvalChannelMode::Context, false, 0, "P,R,G,B,16", "RGB"},
+      {rgb.get(), "i", IEvalChannelMode::Single, false, 8, "P,Y,8", "GRAY"},
+      {grey.get(), "i", IEvalChannelMode::Three, true, 32, "P,Y,U,V,32", "YUV"},
   };
   for (const Case& c : cases) {
     IEvalRequest request = Request(c.expression);
@@ -142,7 +142,7 @@ TEST(ImageEvalOperationTest, ASingleChannelReplacingThreeComponentsIsRepeated) {
   auto rgb = MakeImage<CImageRgb>(8, 3, 2);
   JobRunner runner(nullptr);
   IEvalRequest request = Request("{c2}", "1");
-  request.options.channels = IEvalChannels::Single;
+  request.options.channels = IEvalChannelMode::Single;
   const IEvalResult result = RunImageEval(request, {rgb.get()}, runner);
   ASSERT_TRUE(result.ok) << Messages(result);
   const CImageConcreteBase& out = *result.outputs[0].image;
