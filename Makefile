@@ -3,10 +3,12 @@ BUILD      ?= build
 ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 60
+TSAN_BUILD ?= build-tsan
+TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|Unpack
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 
-.PHONY: all bootstrap build run test bench sanitize fuzz clean
+.PHONY: all bootstrap build run test bench sanitize tsan fuzz clean
 
 all: build
 
@@ -42,5 +44,11 @@ fuzz: bootstrap
 	cmake --build $(FUZZ_BUILD)
 	scripts/run_fuzzers $(FUZZ_BUILD)/fuzz $(FUZZ_SECONDS)
 
+# The threaded parts (pool, jobs, I-Eval runs) under ThreadSanitizer.
+tsan: bootstrap
+	$(CMAKE_GEN) -S . -B $(TSAN_BUILD) -DKORVANEL_TSAN=ON -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
+	cmake --build $(TSAN_BUILD)
+	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j2 -R '$(TSAN_TESTS)'
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "app/ieval_command.h"
 #include "files/formats_file.h"
 
 namespace korvanel {
@@ -161,6 +162,41 @@ bool RunClose(AppState& app, const ParsedCommand& c) {
   return true;
 }
 
+// -e: the comparison group, or the focus image; an explicit reference
+// leaves any comparison for the rest of the run and works on that image.
+bool RunIEval(AppState& app, const ParsedCommand& c) {
+  std::vector<size_t> indices;
+  if (!c.images.empty()) {
+    const std::optional<size_t> index = ResolveImage(app, c);
+    if (!index) {
+      app.ReportBatchError("Can't apply I-Eval: invalid image index (%d)\n", ShownReference(c));
+      return false;
+    }
+    if (app.CompareMode()) app.LeaveCompareMode();
+    app.SetFocus(*index);
+    indices.push_back(*index);
+  } else if (app.CompareMode() && !app.ComparisonGroup().empty()) {
+    indices = app.ComparisonGroup();
+  } else if (app.FocusIndex() < app.Images().Count()) {
+    indices.push_back(app.FocusIndex());
+  } else {
+    app.ReportBatchError("Can't apply I-Eval: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  IEvalRequest request;
+  request.expression = c.ieval_expression;
+  if (!c.out_of_range.empty()) request.out_of_range = c.out_of_range;
+  request.output_override = c.output_override;
+  request.options.in_roi = c.in_roi;
+  request.options.channels =
+      c.channels == IEvalChannels::Single ? IEvalChannelMode::Single : IEvalChannelMode::Context;
+  request.options.yuv = c.channels == IEvalChannels::ContextYuv;
+  request.options.out_bits = c.output_bits;
+  if (RunIEvalCommand(app, request, indices)) return true;
+  app.SetBatchFailed(true);
+  return false;
+}
+
 // Operations whose engines are not in this build yet say so instead of
 // pretending to succeed.
 template <const char* Name>
@@ -171,7 +207,6 @@ bool RunUnavailable(AppState& app, const ParsedCommand&) {
 
 constexpr char kDiff[] = "Diff";
 constexpr char kFilter[] = "Filter colors";
-constexpr char kIEval[] = "I-Eval";
 constexpr char kSave[] = "Save image";
 constexpr char kSaveStatistics[] = "Save statistics";
 constexpr char kSavePng[] = "Export PNG";
@@ -190,7 +225,7 @@ constexpr Handler kHandlers[] = {
     {Switch::Diff, &RunUnavailable<kDiff>},
     {Switch::Compare, &RunCompare},
     {Switch::Filter, &RunUnavailable<kFilter>},
-    {Switch::IEval, &RunUnavailable<kIEval>},
+    {Switch::IEval, &RunIEval},
     {Switch::Roi, &RunRoi},
     {Switch::Save, &RunUnavailable<kSave>},
     {Switch::SaveStatistics, &RunUnavailable<kSaveStatistics>},

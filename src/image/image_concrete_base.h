@@ -5,6 +5,7 @@
 
 #include "image/display_rendition.h"
 #include "image/image_container.h"
+#include "image/parallel_runner.h"
 #include "image/plane.h"
 
 namespace korvanel {
@@ -68,6 +69,9 @@ class CImageConcreteBase : public IImageContainer {
   // or their count does not suit the kind.
   bool AdoptPlanes(std::vector<Plane> planes);
 
+  // Threads the next Load may spread its unpacking over; null: none.
+  void SetParallelRunner(IParallelRunner* runner) { runner_ = runner; }
+
  protected:
   CImageConcreteBase() = default;
   CImageConcreteBase(const CImageConcreteBase&) = delete;
@@ -108,6 +112,7 @@ class CImageConcreteBase : public IImageContainer {
   std::vector<Plane> planes_;
   std::vector<Plane> filtered_planes_;
   std::string filter_label_;
+  IParallelRunner* runner_ = nullptr;
 };
 
 }  // namespace korvanel

@@ -58,7 +58,7 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
       // A pixel is a group of three positions, one per component.
       Plane* targets[3] = {&planes[0], &planes[1], &planes[2]};
       const InterleavePlan plan(CompactLayout(layout), "RGB", {1, 1, 1}, bytes * 8);
-      plan.RunAll(data, byte_count, targets);
+      plan.RunOn(runner_, data, byte_count, targets);
     }
   }
   FinishLoad(std::move(planes), byte_count, bpp);

@@ -122,7 +122,7 @@ void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
   switch (packing_) {
     case Packing::Interleave: {
       const InterleavePlan plan(compact, "YUV", {counts_.y, counts_.u, counts_.v}, planes[0].bits());
-      plan.RunAll(data, byte_count, targets);
+      plan.RunOn(runner_, data, byte_count, targets);
       break;
     }
     case Packing::Planar: {
