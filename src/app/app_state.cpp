@@ -436,6 +436,8 @@ void AppState::CompareImages(const std::vector<size_t>& indices) {
   StartComparing(std::move(group));
 }
 
+void AppState::ForceComparison(std::vector<size_t> indices) { StartComparing(std::move(indices)); }
+
 void AppState::CompareAllLike(size_t anchor) {
   if (anchor >= images_.Count()) return;
   SetFocus(anchor);

@@ -87,6 +87,8 @@ class AppState {
   // Compares `indices` directly: images whose size differs from the first
   // are left out, and with fewer than two left no comparison starts.
   void CompareImages(const std::vector<size_t>& indices);
+  // Compares exactly `indices`, whatever their sizes (the diff checks them).
+  void ForceComparison(std::vector<size_t> indices);
   // Compares every image of the size of the image at `anchor`.
   void CompareAllLike(size_t anchor);
   bool CompareMode() const { return compare_mode_; }
