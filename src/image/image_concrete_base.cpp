@@ -62,7 +62,12 @@ std::unique_ptr<IImageContainer> CImageConcreteBase::ExtractComponent(uint32_t i
 
 bool CImageConcreteBase::ImportRgb32(uint32_t, const uint32_t*) { return false; }
 
-const DisplayRendition* CImageConcreteBase::BuildDisplay() { return display_.get(); }
+const DisplayRendition* CImageConcreteBase::BuildDisplay() {
+  if (display_ || planes_.empty()) return display_.get();
+  auto rendition = std::make_unique<DisplayRendition>();
+  if (RenderDisplay(*rendition)) display_ = std::move(rendition);
+  return display_.get();
+}
 
 bool CImageConcreteBase::RunPlaneJob(IPlaneProcessor& processor) {
   for (uint32_t i = 0; i < planes_.size(); ++i) {
@@ -77,7 +82,12 @@ bool CImageConcreteBase::CopyPixelsOut(void*, uint32_t, const Rect*) const { ret
 
 bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
 
-bool CImageConcreteBase::Save(const SaveRequest&) { return false; }
+bool CImageConcreteBase::Save(const SaveRequest& request) {
+  if (planes_.empty()) return false;
+  WriterLayout layout = DescribeForWriter();
+  layout.file_big_endian = big_endian_;
+  return WriteImage(layout, request);
+}
 
 bool CImageConcreteBase::WriteStatistics(const StatisticsRequest&) { return false; }
 

@@ -5,6 +5,7 @@
 
 #include "image/display_rendition.h"
 #include "image/image_container.h"
+#include "image/image_writer.h"
 #include "image/plane.h"
 
 namespace korvanel {
@@ -64,6 +65,10 @@ class CImageConcreteBase : public IImageContainer {
 
   // An empty image of the same class carrying the same layout description.
   virtual std::unique_ptr<CImageConcreteBase> NewEmptyLike() const = 0;
+  // The rendition of the planes (slot 5 keeps it until the next refresh).
+  virtual bool RenderDisplay(DisplayRendition& out) const = 0;
+  // Planes, letters and own layout for the writer of slot 10.
+  virtual WriterLayout DescribeForWriter() const = 0;
   // Size of one frame as the file holds it.
   virtual uint64_t ComputeRawByteSize() const;
   // Sets the planes, depth and size and marks the region changed.

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "image/display_conversion.h"
 #include "image/format_label.h"
 #include "image/raw_unpack.h"
 
@@ -34,6 +35,19 @@ std::string CImageGray::FormatLabel() const { return LabelForBits(kGrayLabels, b
 
 std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
   return std::make_unique<CImageGray>();
+}
+
+bool CImageGray::RenderDisplay(DisplayRendition& out) const {
+  return BuildGrayRendition(planes_[0], out);
+}
+
+WriterLayout CImageGray::DescribeForWriter() const {
+  WriterLayout layout;
+  layout.planes = {&planes_[0]};
+  layout.letters.push_back('Y');
+  layout.order = {0};
+  layout.gray = true;
+  return layout;
 }
 
 }  // namespace korvanel

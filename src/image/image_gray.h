@@ -21,6 +21,8 @@ class CImageGray : public CImageConcreteBase {
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
+  bool RenderDisplay(DisplayRendition& out) const override;
+  WriterLayout DescribeForWriter() const override;
 
  private:
   Plane readout_plane_;
