@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "image/display_rendition.h"
+#include "image/histogram_result.h"
 #include "image/image_container.h"
 #include "image/image_writer.h"
 #include "image/plane.h"
@@ -51,7 +52,10 @@ class CImageConcreteBase : public IImageContainer {
   const Plane& GetPlane(uint32_t index) const { return planes_[index]; }
   uint32_t PlaneCount() const { return static_cast<uint32_t>(planes_.size()); }
   // One bit per pixel, pixel i at bit (i mod 32) of word i / 32; empty selects all.
-  void SetSelectionMask(std::vector<uint32_t> mask) { mask_ = std::move(mask); }
+  void SetSelectionMask(std::vector<uint32_t> mask) {
+    mask_ = std::move(mask);
+    histogram_cache_.reset();
+  }
 
   // Gives the image ready-made planes of equal size and depth (new images,
   // results of operations). False, with the image unchanged, when they differ
@@ -100,6 +104,7 @@ class CImageConcreteBase : public IImageContainer {
   void* owner_data_[2] = {nullptr, nullptr};
   bool big_endian_ = false;
   std::vector<Plane> planes_;
+  std::unique_ptr<HistogramResult> histogram_cache_;
 };
 
 }  // namespace korvanel

@@ -118,60 +118,69 @@ class CWriterRun {
 
   template <typename T>
   void BeginSection(const std::vector<SampleSection>& sections, size_t s, const SectionRows& rows) {
-    std::string& text = out_.Buffer();
     if (request_.mode == SaveMode::HexDump) {
+      std::string header;
       if (sections.size() > 1) {
-        text += StrFormat(s == 0 ? "\n%s:\n\n" : "\n%s:\n", sections[s].name.c_str());
+        header = StrFormat(s == 0 ? "\n%s:\n\n" : "\n%s:\n", sections[s].name.c_str());
       }
-      text += " ofs hex  ";
+      header += " ofs hex  ";
       for (uint32_t i = 0; i < 16; ++i) {
-        AppendHex(text, i, 2 * sizeof(T));
-        text += ' ';
+        AppendHex(header, i, 2 * sizeof(T));
+        header += ' ';
       }
-      text += "\n\n";
+      out_.Append(header + "\n\n");
     } else if (request_.mode == SaveMode::CArray) {
-      text += StrFormat("const %s raw%s[%llu] = {", kElementTypes[sizeof(T) - 1],
-                        sections[s].name.c_str(),
-                        static_cast<unsigned long long>(rows.TotalValues()));
+      out_.Append(StrFormat("const %s raw%s[%llu] = {", kElementTypes[sizeof(T) - 1],
+                            sections[s].name.c_str(),
+                            static_cast<unsigned long long>(rows.TotalValues())));
     }
   }
 
   template <typename T>
   void EndSection(const std::vector<SampleSection>& sections, size_t s, const SectionRows& rows) {
     if (request_.mode != SaveMode::CArray) return;
-    out_.Buffer() += StrFormat("\n};\t// %llu bytes\n",
-                               static_cast<unsigned long long>(rows.TotalValues() * sizeof(T)));
-    if (s + 1 < sections.size()) out_.Buffer() += '\n';
+    out_.Append(StrFormat("\n};\t// %llu bytes\n",
+                          static_cast<unsigned long long>(rows.TotalValues() * sizeof(T))));
+    if (s + 1 < sections.size()) out_.Append("\n");
   }
+
+  // Room for one value with its separators and a line start.
+  static constexpr size_t kValueRoom = 2 * kMaxNumberChars + 8;
 
   template <typename T>
   void EmitRow(const T* values, uint64_t count, uint64_t offset, uint64_t index, uint64_t total) {
     constexpr uint32_t kDigits = 2 * sizeof(T);
-    std::string& text = out_.Buffer();
     switch (request_.mode) {
       case SaveMode::Raw:
         out_.Append(values, static_cast<size_t>(count * sizeof(T)));
         return;
-      case SaveMode::HexDump:
-        AppendHex(text, offset, 8);
-        text += "  ";
+      case SaveMode::HexDump: {
+        char* p = out_.Reserve(kValueRoom);
+        p = WriteHex(p, offset, 8);
+        p = WriteLiteral(p, "  ");
         for (uint64_t i = 0; i < count; ++i) {
-          AppendHex(text, values[i], kDigits);
-          text += ' ';
+          out_.Commit(p);
+          p = out_.Reserve(kValueRoom);
+          p = WriteHex(p, values[i], kDigits);
+          *p++ = ' ';
           if ((i + 1) % 16 == 0 && i + 1 < count) {
-            text += '\n';
-            AppendHex(text, offset + i + 1, 8);
-            text += "  ";
+            *p++ = '\n';
+            p = WriteHex(p, offset + i + 1, 8);
+            p = WriteLiteral(p, "  ");
           }
         }
-        text += '\n';
+        *p++ = '\n';
+        out_.Commit(p);
         return;
+      }
       case SaveMode::CArray:
         for (uint64_t i = 0; i < count; ++i) {
-          if ((index + i) % 16 == 0) text += "\n\t";
-          text += "0x";
-          AppendHex(text, values[i], kDigits);
-          if (index + i + 1 < total) text += ", ";
+          char* p = out_.Reserve(kValueRoom);
+          if ((index + i) % 16 == 0) p = WriteLiteral(p, "\n\t");
+          p = WriteLiteral(p, "0x");
+          p = WriteHex(p, values[i], kDigits);
+          if (index + i + 1 < total) p = WriteLiteral(p, ", ");
+          out_.Commit(p);
         }
         return;
       case SaveMode::Text:
@@ -190,57 +199,60 @@ class CWriterRun {
     const bool planar =
         !layout_.gray && (request_.packing == SavePacking::Planar ||
                           (request_.packing == SavePacking::Original && layout_.original_planar));
-    std::string& text = out_.Buffer();
     if (layout_.gray) {
-      text += StrFormat("Image Y8: <%u,%u> .. <%u,%u> : %llux%llu (%llu pixels)\n\n", a.min_x,
-                        a.min_y, a.max_x, a.max_y, static_cast<unsigned long long>(width),
-                        static_cast<unsigned long long>(height), pixels);
+      out_.Append(StrFormat("Image Y8: <%u,%u> .. <%u,%u> : %llux%llu (%llu pixels)\n\n", a.min_x,
+                            a.min_y, a.max_x, a.max_y, static_cast<unsigned long long>(width),
+                            static_cast<unsigned long long>(height), pixels));
     } else {
-      text += StrFormat("Image %s(%s): <%u,%u> .. <%u,%u> : %llux%llu (%llu pixels)\n",
-                        layout_.text_kind, layout_.letters.c_str(), a.min_x, a.min_y, a.max_x,
-                        a.max_y, static_cast<unsigned long long>(width),
-                        static_cast<unsigned long long>(height), pixels);
+      out_.Append(StrFormat("Image %s(%s): <%u,%u> .. <%u,%u> : %llux%llu (%llu pixels)\n",
+                            layout_.text_kind, layout_.letters.c_str(), a.min_x, a.min_y, a.max_x,
+                            a.max_y, static_cast<unsigned long long>(width),
+                            static_cast<unsigned long long>(height), pixels));
     }
-    if (!planar) return WriteTextLines<T>(layout_.order);
+    if (!planar) return WriteTextLines<T>(layout_.order, layout_.letters[0]);
     for (size_t c = 0; c < layout_.order.size(); ++c) {
-      text += StrFormat(c == 0 ? "\n%c:\n\n" : "\n%c:\n", layout_.letters[c]);
-      if (!WriteTextLines<T>({layout_.order[c]})) return false;
+      out_.Append(StrFormat(c == 0 ? "\n%c:\n\n" : "\n%c:\n", layout_.letters[c]));
+      if (!WriteTextLines<T>({layout_.order[c]}, layout_.letters[c])) return false;
     }
     return true;
   }
 
   // "ofs: %08u <%u,%u> = v[,v,v]\n" for every pixel of the area.
   template <typename T>
-  bool WriteTextLines(const std::vector<uint32_t>& planes) {
+  bool WriteTextLines(const std::vector<uint32_t>& planes, char letter) {
     const Rect& a = request_.area;
-    std::string& text = out_.Buffer();
+    const size_t count = std::min<size_t>(planes.size(), 3);
     for (uint32_t y = a.min_y; y <= a.max_y; ++y) {
       const T* rows[3] = {};
-      for (size_t k = 0; k < planes.size() && k < 3; ++k) rows[k] = layout_.planes[planes[k]]->Row<T>(y);
+      for (size_t k = 0; k < count; ++k) rows[k] = layout_.planes[planes[k]]->Row<T>(y);
+      DecimalCounter offset(uint64_t{y} * image_width_ + a.min_x, 8);
+      DecimalCounter column(a.min_x, 1);
+      char row_text[kMaxNumberChars + 8];
+      char* row_end = WriteDecimal(row_text, y);
+      row_end = WriteLiteral(row_end, "> = ");
+      const auto row_size = static_cast<size_t>(row_end - row_text);
       for (uint32_t x = a.min_x; x <= a.max_x; ++x) {
-        text += "ofs: ";
-        AppendDecimal(text, uint64_t{y} * image_width_ + x, 8);
-        text += " <";
-        AppendDecimal(text, x);
-        text += ',';
-        AppendDecimal(text, y);
-        text += "> = ";
-        for (size_t k = 0; k < planes.size() && k < 3; ++k) {
-          if (k != 0) text += ',';
-          AppendDecimal(text, rows[k][x]);
+        char* p = out_.Reserve(8 * kMaxNumberChars);
+        p = WriteLiteral(p, "ofs: ");
+        p = offset.Write(p);
+        p = WriteLiteral(p, " <");
+        p = column.Write(p);
+        *p++ = ',';
+        std::memcpy(p, row_text, row_size);
+        p += row_size;
+        offset.Increment();
+        column.Increment();
+        for (size_t k = 0; k < count; ++k) {
+          if (k != 0) *p++ = ',';
+          p = WriteDecimal(p, rows[k][x]);
         }
-        text += '\n';
+        *p++ = '\n';
+        out_.Commit(p);
       }
-      position_ = {layout_.letters[planes.size() == 1 ? IndexOf(planes[0]) : 0], a.min_x, a.max_x,
-                   y, y, a.Width()};
+      position_ = {letter, a.min_x, a.max_x, y, y, a.Width()};
       if (!FinishRow(a.Width())) return false;
     }
     return true;
-  }
-
-  size_t IndexOf(uint32_t plane) const {
-    const auto it = std::find(layout_.order.begin(), layout_.order.end(), plane);
-    return it == layout_.order.end() ? 0 : static_cast<size_t>(it - layout_.order.begin());
   }
 
   const WriterLayout& layout_;

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace korvanel {
 
@@ -21,12 +23,17 @@ class COutputBuffer {
 
   // `mode` as for fopen ("wb", "wt"). False when the file cannot be created.
   bool Open(const std::string& path, const char* mode);
-  std::string& Buffer() { return buffer_; }
-  void Append(const void* bytes, size_t count) {
-    buffer_.append(static_cast<const char*>(bytes), count);
-  }
+
+  // Room for `count` more bytes, written through the pointer and then
+  // committed with the end of what was written.
+  char* Reserve(size_t count);
+  void Commit(char* end) { size_ = static_cast<size_t>(end - data_.get()); }
+  void Append(const void* bytes, size_t count);
+  void Append(std::string_view text) { Append(text.data(), text.size()); }
+  size_t Size() const { return size_; }
+
   // Writes out when the threshold is reached; false on a short write.
-  bool FlushIfFull() { return buffer_.size() < kOutputFlushBytes || Flush(); }
+  bool FlushIfFull() { return size_ < kOutputFlushBytes || Flush(); }
   bool Flush();
   // Flushes and closes; false when any byte did not reach the file.
   bool Close();
@@ -35,7 +42,9 @@ class COutputBuffer {
 
  private:
   std::FILE* file_ = nullptr;
-  std::string buffer_;
+  std::unique_ptr<char[]> data_;
+  size_t size_ = 0;
+  size_t capacity_ = 0;
   uint64_t flush_count_ = 0;
 };
 

@@ -259,7 +259,7 @@ TEST(OutputBuffer, FlushesAtTheThresholdAndAtTheEnd) {
   out.Append(chunk.data(), chunk.size());
   ASSERT_TRUE(out.FlushIfFull());
   EXPECT_EQ(out.FlushCount(), 1u);
-  out.Append("end", 3);
+  out.Append(std::string_view("end"));
   ASSERT_TRUE(out.Close());
   EXPECT_EQ(out.FlushCount(), 2u);
   EXPECT_EQ(std::filesystem::file_size(dir / "b.bin"), appended + chunk.size() + 3);

@@ -67,6 +67,25 @@ TEST(NumberText, MatchesPrintf) {
   }
 }
 
+TEST(NumberText, CounterCarriesLikeTheNumbers) {
+  const struct {
+    uint64_t start;
+    uint32_t width;
+  } cases[] = {{0, 8}, {9, 1}, {99999998, 8}, {99999999, 8}, {0xFFFFFFFE, 1}, {1234, 2}};
+  for (const auto& c : cases) {
+    DecimalCounter counter(c.start, c.width);
+    for (uint64_t v = c.start; v < c.start + 3; ++v) {
+      char got[40];
+      char want[40];
+      *counter.Write(got) = 0;
+      std::snprintf(want, sizeof(want), "%0*llu", static_cast<int>(c.width),
+                    static_cast<unsigned long long>(v));
+      EXPECT_STREQ(got, want);
+      counter.Increment();
+    }
+  }
+}
+
 TEST(TextSave, GreyWholeImageAndArea) {
   auto image = test::MakeImage<CImageGray>(16, 3, 2);  // y*100 + x
   EXPECT_EQ(SaveText(*image, SaveMode::Text, SavePacking::Original, Rect{0, 0, 2, 1}),
