@@ -58,6 +58,12 @@ AppState::~AppState() {
   log.Flush();
 }
 
+bool AppState::LoadConfiguration(const std::string& path) {
+  if (config_ == nullptr || !config_->Load(path)) return false;
+  ApplyConfiguration(config_->Values());
+  return true;
+}
+
 void AppState::ApplyConfiguration(const ConfigValues& values) {
   max_comparison_party_ = static_cast<uint32_t>(values.system.max_comparison_party);
   close_option_ = static_cast<CloseOption>(values.system.app_close_prompt);
@@ -92,6 +98,21 @@ void AppState::ShowMessage(std::string_view text, std::string_view title, Messag
   feedback_.ShowMessage(text, title, style);
 }
 
+void AppState::ReportBatchError(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  std::vsnprintf(message_, sizeof(message_), format, args);
+  va_end(args);
+  batch_failed_ = true;
+  feedback_.BatchError(message_);
+  if (config_ != nullptr) {
+    std::string line = message_;
+    if (!line.empty() && line.back() == '\n') line.pop_back();
+    config_->Logs().batch.AddLine(line);
+    config_->Logs().batch.Flush();
+  }
+}
+
 void AppState::StatusMessage(const char* format, ...) {
   va_list args;
   va_start(args, format);
@@ -102,7 +123,9 @@ void AppState::StatusMessage(const char* format, ...) {
 
 // --- opening -----------------------------------------------------------------
 
-bool AppState::OpenImage(const std::string& path) {
+bool AppState::OpenImage(const std::string& path) { return OpenImage(path, format_rules_); }
+
+bool AppState::OpenImage(const std::string& path, const FormatRules& rules) {
   if (!CheckRoomForImage()) return false;
   if (images_.FindPath(path)) return false;
   if (!std::ifstream(path, std::ios::binary)) {
@@ -110,7 +133,7 @@ bool AppState::OpenImage(const std::string& path) {
     return false;
   }
   StatusMessage("Loading image %s...", path.c_str());
-  LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_);
+  LoadedImage loaded = LoadNewImage(path, rules, *format_log_);
   format_log_->Flush();
   if (loaded.image) {
     RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
@@ -247,7 +270,18 @@ void AppState::CloseImage(size_t index) {
 }
 
 void AppState::CloseAllImages() {
-  while (!images_.Empty()) CloseImage(images_.Count() - 1);
+  // All at once: closing one by one would refocus every survivor on the way.
+  while (!images_.Empty()) images_.Remove(images_.Count() - 1);
+  focus_history_.clear();
+  unsaved_created_.clear();
+  comparison_group_.clear();
+  collected_.clear();
+  compare_mode_ = collecting_ = false;
+  focus_index_ = hover_index_ = kNoIndex;
+  images_menu_.clear();
+  feedback_.ImagesMenuChanged(images_menu_, std::nullopt);
+  feedback_.HasImagesChanged(false);
+  feedback_.RequestRepaint();
 }
 
 bool AppState::NewImageFromView() {
@@ -337,6 +371,36 @@ void AppState::LeaveCompareMode() {
   if (focus_index_ != kNoIndex) SetFocus(focus_index_);
 }
 
+std::vector<size_t> AppState::GatherLike(size_t anchor) const {
+  std::vector<size_t> gathered;
+  const IImageContainer& like = *images_.At(anchor).image;
+  for (size_t i = 0; i < images_.Count(); ++i) {
+    if (SameSize(*images_.At(i).image, like)) gathered.push_back(i);
+  }
+  return gathered;
+}
+
+void AppState::CompareImages(const std::vector<size_t>& indices) {
+  std::vector<size_t> group;
+  for (size_t index : indices) {
+    if (index < images_.Count() && SameSize(*images_.At(index).image, *images_.At(indices[0]).image)) {
+      group.push_back(index);
+    }
+  }
+  if (group.size() < 2) {
+    LeaveCompareMode();
+    return;
+  }
+  StartComparing(std::move(group));
+}
+
+void AppState::CompareAllLike(size_t anchor) {
+  if (anchor >= images_.Count()) return;
+  SetFocus(anchor);
+  collecting_ = true;
+  CollectForCompare(kNoIndex);
+}
+
 void AppState::StartComparing(std::vector<size_t> group) {
   collecting_ = false;
   collected_.clear();
@@ -357,11 +421,7 @@ void AppState::CollectForCompare(size_t index) {
       LeaveCompareMode();
       return;
     }
-    const IImageContainer& focus = *images_.At(focus_index_).image;
-    std::vector<size_t> gathered;
-    for (size_t i = 0; i < images_.Count(); ++i) {
-      if (SameSize(*images_.At(i).image, focus)) gathered.push_back(i);
-    }
+    std::vector<size_t> gathered = GatherLike(focus_index_);
     if (gathered.size() > max_comparison_party_) {
       ShowMessage(FormatMessage("Too many images to compare, reached a max of %d",
                                 static_cast<int>(max_comparison_party_)),

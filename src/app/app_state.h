@@ -44,6 +44,8 @@ class AppState {
   // Opens a file and registers it; true when an image was added. A file that
   // is already open is silently not opened again.
   bool OpenImage(const std::string& path);
+  // The same with other rules than those in force (forced size or format).
+  bool OpenImage(const std::string& path, const FormatRules& rules);
   FormatRules& Formats() { return format_rules_; }
   // Reads the rules from `path` alone (--fmt_file), or with an empty path
   // from the configured formats file: in the current folder, then beside
@@ -76,6 +78,11 @@ class AppState {
   // kNoIndex collects every image the size of the focus image.
   void CollectForCompare(size_t index);
   void LeaveCompareMode();
+  // Compares `indices` directly: images whose size differs from the first
+  // are left out, and with fewer than two left no comparison starts.
+  void CompareImages(const std::vector<size_t>& indices);
+  // Compares every image of the size of the image at `anchor`.
+  void CompareAllLike(size_t anchor);
   bool CompareMode() const { return compare_mode_; }
   bool Collecting() const { return collecting_; }
   const std::vector<size_t>& ComparisonGroup() const { return comparison_group_; }
@@ -96,6 +103,9 @@ class AppState {
   void ShowMessage(std::string_view text, std::string_view title,
                    MessageStyle style = MessageStyle::Error);
   void StatusMessage(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  // A failed batch command: the text goes to the console and the batch error
+  // log, and the run is marked failed.
+  void ReportBatchError(const char* format, ...) __attribute__((format(printf, 2, 3)));
   IUserFeedback& Feedback() { return feedback_; }
 
   // --- modes and settings --------------------------------------------------
@@ -113,6 +123,8 @@ class AppState {
   // Takes the settings the core keeps here and installs the configured colour
   // transforms as the ones in force; --cfg_file calls it again.
   void ApplyConfiguration(const ConfigValues& values);
+  // Reads another configuration file over the current settings (--cfg_file).
+  bool LoadConfiguration(const std::string& path);
   DiffType GetDiffType() const { return diff_type_; }
   void SetDiffType(DiffType type) { diff_type_ = type; }
   bool AutoFileNaming() const { return auto_file_naming_; }
@@ -129,6 +141,7 @@ class AppState {
   void RebuildImagesMenu();
   bool OpenWithPrompt(const std::string& path);
   void StartComparing(std::vector<size_t> group);
+  std::vector<size_t> GatherLike(size_t anchor) const;
   void ShowCollectingStatus(const std::vector<size_t>& collected);
   void ForgetSerial(uint64_t serial);
   uint64_t SerialOf(const IImageContainer* image) const;

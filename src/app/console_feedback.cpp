@@ -13,6 +13,11 @@ void CConsoleFeedback::StatusMessage(std::string_view text) {
   std::fflush(out_);
 }
 
+void CConsoleFeedback::BatchError(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), out_);
+  std::fflush(out_);
+}
+
 bool CConsoleFeedback::AskYesNo(std::string_view, std::string_view) { return false; }
 
 }  // namespace korvanel

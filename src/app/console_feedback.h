@@ -14,6 +14,7 @@ class CConsoleFeedback final : public IUserFeedback {
   explicit CConsoleFeedback(std::FILE* out = stdout) : out_(out) {}
   void ShowMessage(std::string_view text, std::string_view title, MessageStyle style) override;
   void StatusMessage(std::string_view text) override;
+  void BatchError(std::string_view text) override;
   bool AskYesNo(std::string_view text, std::string_view title) override;
 
  private:

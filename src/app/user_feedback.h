@@ -36,6 +36,9 @@ class IUserFeedback {
   virtual void ShowMessage(std::string_view text, std::string_view title, MessageStyle style) = 0;
   // The first part of the status bar, or a console line.
   virtual void StatusMessage(std::string_view text) = 0;
+  // A batch command's error line (already ending in a line feed); the
+  // console prints it as it is.
+  virtual void BatchError(std::string_view text) = 0;
   // Yes/No question; true only for Yes.
   virtual bool AskYesNo(std::string_view text, std::string_view title) = 0;
 

@@ -174,10 +174,28 @@ bool CImageConcreteBase::GetSampleValues(int64_t x, int64_t y,
   if (planes_.empty() || !InsideImage(x, y, width_, height_)) return false;
   const auto ux = static_cast<uint32_t>(x);
   const auto uy = static_cast<uint32_t>(y);
+  const std::vector<Plane>& shown = filtered_planes_.empty() ? planes_ : filtered_planes_;
   for (size_t c = 0; c < values.size(); ++c) {
-    values[c] = planes_[std::min(c, planes_.size() - 1)].SampleAt(ux, uy);
+    values[c] = shown[std::min(c, shown.size() - 1)].SampleAt(ux, uy);
   }
   return true;
+}
+
+void CImageConcreteBase::SetFilter(std::vector<uint32_t> mask, std::vector<Plane> shown,
+                                   std::string label) {
+  mask_ = std::move(mask);
+  filtered_planes_ = std::move(shown);
+  filter_label_ = std::move(label);
+  display_.reset();
+  region_changed_ = true;  // statistics count only masked-in pixels
+}
+
+void CImageConcreteBase::ClearFilter() {
+  mask_.clear();
+  filtered_planes_.clear();
+  filter_label_.clear();
+  display_.reset();
+  region_changed_ = true;
 }
 
 bool CImageConcreteBase::GetDisplayedValue(int64_t x, int64_t y, uint32_t& color) const {
@@ -247,6 +265,8 @@ void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
   alternate_display_.reset();
   histogram_cache_.reset();
   mask_.clear();
+  filtered_planes_.clear();
+  filter_label_.clear();
   roi_ = Rect::None();
   region_changed_ = true;
 }

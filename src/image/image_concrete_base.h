@@ -56,6 +56,21 @@ class CImageConcreteBase : public IImageContainer {
     mask_ = std::move(mask);
     histogram_cache_.reset();
   }
+  const std::vector<uint32_t>& SelectionMask() const { return mask_; }
+  bool HasSelectionMask() const { return !mask_.empty(); }
+
+  // A colour filter's result: the mask above and the shown copy of the planes.
+  // The readout reads the copy while it exists.
+  void SetFilter(std::vector<uint32_t> mask, std::vector<Plane> shown, std::string label);
+  void ClearFilter();
+  bool HasFilter() const { return !filtered_planes_.empty(); }
+  const std::string& FilterLabel() const { return filter_label_; }
+  std::vector<Plane>& FilteredPlanes() { return filtered_planes_; }
+  std::vector<uint32_t>& MutableSelectionMask() { return mask_; }
+  // What the rendition shows: the filtered copy while there is one.
+  const std::vector<Plane>& ShownPlanes() const {
+    return filtered_planes_.empty() ? planes_ : filtered_planes_;
+  }
 
   // Gives the image ready-made planes of equal size and depth (new images,
   // results of operations). False, with the image unchanged, when they differ
@@ -104,6 +119,8 @@ class CImageConcreteBase : public IImageContainer {
   void* owner_data_[2] = {nullptr, nullptr};
   bool big_endian_ = false;
   std::vector<Plane> planes_;
+  std::vector<Plane> filtered_planes_;
+  std::string filter_label_;
   std::unique_ptr<HistogramResult> histogram_cache_;
 };
 

@@ -23,14 +23,6 @@ bool CImageGray::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32
   return true;
 }
 
-bool CImageGray::GetSampleValues(int64_t x, int64_t y, std::array<uint32_t, 3>& values) const {
-  if (readout_plane_.empty()) return CImageConcreteBase::GetSampleValues(x, y, values);
-  if (x < 0 || y < 0 || x >= readout_plane_.width() || y >= readout_plane_.height()) return false;
-  const uint32_t value = readout_plane_.SampleAt(static_cast<uint32_t>(x), static_cast<uint32_t>(y));
-  values = {value, value, value};
-  return true;
-}
-
 std::string CImageGray::FormatLabel() const { return LabelForBits(kGrayLabels, bits_); }
 
 std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
@@ -38,7 +30,7 @@ std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
 }
 
 bool CImageGray::RenderDisplay(DisplayRendition& out) const {
-  return BuildGrayRendition(planes_[0], out);
+  return BuildGrayRendition(ShownPlanes()[0], out);
 }
 
 WriterLayout CImageGray::DescribeForWriter() const {

@@ -77,7 +77,7 @@ std::unique_ptr<CImageConcreteBase> CImageRgb::NewEmptyLike() const {
   return out;
 }
 
-bool CImageRgb::RenderDisplay(DisplayRendition& out) const { return BuildRgbRendition(planes_, out); }
+bool CImageRgb::RenderDisplay(DisplayRendition& out) const { return BuildRgbRendition(ShownPlanes(), out); }
 
 WriterLayout CImageRgb::DescribeForWriter() const {
   WriterLayout layout;

@@ -205,7 +205,7 @@ uint64_t CImageYuv::ComputeRawByteSize() const {
 }
 
 bool CImageYuv::RenderDisplay(DisplayRendition& out) const {
-  return BuildYuvRendition(planes_, g_yuv_to_rgb, out);
+  return BuildYuvRendition(ShownPlanes(), g_yuv_to_rgb, out);
 }
 
 namespace {

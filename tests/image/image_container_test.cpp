@@ -165,9 +165,15 @@ TEST(SampleValues, ReadEveryComponentAndFailOutside) {
   auto gray = MakeImage<CImageGray>(32, 5, 3);
   ASSERT_TRUE(gray->GetSampleValues(3, 1, v));
   EXPECT_EQ(v, (std::array<uint32_t, 3>{103, 103, 103}));
-  gray->SetReadoutPlane(MakePlane(32, 5, 3, [](uint32_t, uint32_t) { return 0xDEADBEEFu; }));
+  // A filtered copy, when present, is what the readout shows.
+  std::vector<Plane> shown;
+  shown.push_back(MakePlane(32, 5, 3, [](uint32_t, uint32_t) { return 0xDEADBEEFu; }));
+  gray->SetFilter({}, std::move(shown), "x");
   ASSERT_TRUE(gray->GetSampleValues(3, 1, v));
   EXPECT_EQ(v[0], 0xDEADBEEFu);
+  gray->ClearFilter();
+  ASSERT_TRUE(gray->GetSampleValues(3, 1, v));
+  EXPECT_EQ(v[0], 103u);
 }
 
 TEST(ExtractComponent, CopiesOnePlaneIntoGray) {

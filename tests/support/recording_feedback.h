@@ -14,6 +14,7 @@ class RecordingFeedback : public IUserFeedback {
     messages.push_back("[" + std::string(title) + "]: " + std::string(text));
   }
   void StatusMessage(std::string_view text) override { statuses.emplace_back(text); }
+  void BatchError(std::string_view text) override { batch_errors.emplace_back(text); }
   bool AskYesNo(std::string_view text, std::string_view title) override {
     questions.push_back("[" + std::string(title) + "]: " + std::string(text));
     return answer;
@@ -28,6 +29,7 @@ class RecordingFeedback : public IUserFeedback {
   std::vector<std::string> messages;
   std::vector<std::string> statuses;
   std::vector<std::string> questions;
+  std::vector<std::string> batch_errors;
   std::vector<MenuEntry> menu;
   std::optional<size_t> checked;
   bool has_images = false;

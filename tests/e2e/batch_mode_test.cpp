@@ -1,0 +1,167 @@
+// The window-less product: the real program run on files in a fresh folder,
+// checked by exit status, standard output and the files it leaves.
+#include <gtest/gtest.h>
+
+#include "support/program_runner.h"
+#include "support/temp_dir.h"
+
+namespace korvanel {
+namespace {
+
+using test::ProgramRun;
+
+class BatchMode : public ::testing::Test {
+ protected:
+  BatchMode() {
+    dir.Write("Korvanel.fmt",
+              "<format_group>\nfile_pattern = [.*_(\\d+)x(\\d+)\\.y8]\n"
+              "width = [.*_(\\d+)x(\\d+)\\.y8],$1\nheight = [.*_(\\d+)x(\\d+)\\.y8],$2\n"
+              "format = [],P,Y,8\n</format_group>\n");
+    dir.Write("a_4x2.y8", "ABCDEFGH");
+    dir.Write("b_4x2.y8", "abcdefgh");
+    dir.Write("c_2x2.y8", "wxyz");
+  }
+  ProgramRun Run(const std::vector<std::string>& arguments) { return runner.Run(arguments); }
+
+  test::TempDir dir;
+  test::ProgramRunner runner{dir};
+};
+
+TEST_F(BatchMode, HelpEndsWithStatusZero) {
+  ProgramRun run = Run({"-h"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.output.find("usage: korvanel"), std::string::npos);
+  run = Run({"a_4x2.y8", "--help", "-cls", "0"});  // help wins, later errors are never seen
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.output.rfind("KORVANEL MANUAL", 0), 0u);
+  EXPECT_NE(run.output.find("COMMAND LINE AND BATCH FILES"), std::string::npos);
+}
+
+TEST_F(BatchMode, ParserErrorsPrintTheirLinesAndFail) {
+  struct Row {
+    std::vector<std::string> arguments;
+    std::string output;
+  };
+  const Row rows[] = {
+      {{"x.raw", "-q", "--batch_file", "cmds.txt"},
+       "Command line parser error: --batch_file batch file to parse must appear as first argument only\n"},
+      {{"-cls", "0"}, "Command line parser error: -cls expects one or more open images index\n"},
+      {{"-cls", "21"}, "Command line parser error: -cls expects one or more open images index\n"},
+      {{"-cmp", "3"}, "Command line parser error: -cmp expects at least 2 images indexes to compare\n"},
+      {{"-op"}, "Command line parser error: -op expects a path as next argument\n"},
+      {{"a.raw", "-dims", "640"},
+       "Command line parser error: -dims expects a width x height (e.g. 50x100) as next argument after -dims, -wh\n"},
+      {{"a.raw", "-wh", "0x480"}, "Command line parser error: -wh image width, height must have some positive (>0) value\n"},
+      {{"-q", "-dims", "4x4"},
+       "Command line parser error: -dims image dimension must appear in the context of a recent opened image\n"},
+      {{"a.raw", "-fmt"},
+       "Command line parser error: -fmt image format expression is expected after -fmt_expr, -format_str\n"
+       "e.g. P,Y,8   ; I,RGB,16   ; PI,YYYYUV,8\n"},
+      {{"-bt", "missing.txt"}, "can't open batch file: missing.txt\n"},
+      {{"-roi"},
+       "Command line parser error: -roi expects rectangular area: min_x,min_y..max_x,max_y or min_x,min_y,width x height.\n"
+       "e.g. 10,32..110,240   ;   1,59,30x40\n"},
+      {{"-roi", "10;32"},
+       "Command line parser error: -roi can't parse rectangular area: min_x,min_y..max_x,max_y or min_x,min_y,width x height.\n"
+       "e.g. 10,32,110..240   ;   1,59,30x40\n"},
+  };
+  for (const Row& row : rows) {
+    const ProgramRun run = Run(row.arguments);
+    EXPECT_EQ(run.status, 255) << row.output;
+    EXPECT_EQ(run.output, row.output);
+  }
+}
+
+TEST_F(BatchMode, OpensComparesAndClosesWithNegativeReferences) {
+  const ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "-op", "c_2x2.y8", "-cmp", "1,-2", "-cls", "-1", "-q"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nLoading image b_4x2.y8...\nLoading image c_2x2.y8...\n");
+}
+
+TEST_F(BatchMode, CloseListsResolveEveryReferenceBeforeClosing) {
+  // Closing 1 first would leave no image 3; both orders close a and c.
+  for (const char* list : {"1,3", "3,1", "-3 -1"}) {
+    const ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "c_2x2.y8", "-cls", list, "-n", "1"});
+    EXPECT_EQ(run.status, 0) << list << run.output;
+    EXPECT_NE(run.output.find("New image: Successfully created New_Copy_b_4x2.y8 (HK id 2)"), std::string::npos)
+        << list << run.output;
+  }
+}
+
+TEST_F(BatchMode, TheFirstFailedCommandEndsTheRun) {
+  const ProgramRun run = Run({"a_4x2.y8", "-cls", "2", "-op", "b_4x2.y8"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't close: invalid image index 2 (1)\n");
+}
+
+TEST_F(BatchMode, OpenFailuresSayWhy) {
+  ProgramRun run = Run({"c_2x2.y8", "-op", "nothing.raw"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output,
+            "Loading image c_2x2.y8...\n[File doesn't exist]: Can't locate nothing.raw\nOpen image failed\n");
+  dir.Write("blob.bin", std::string(12, 'q'));
+  run = Run({"blob.bin", "-dims", "2x2"});
+  EXPECT_EQ(run.output, "Loading image blob.bin...\n[Open image error]: Can't open blob.bin (unsupported format)\n"
+                        "Can't open blob.bin with known size but none supplied format expression\n");
+  run = Run({"blob.bin", "-fmt", "P,Y,7"});
+  EXPECT_EQ(run.output, "Illegal format 'P,Y,7'\n");
+  run = Run({"blob.bin", "-dims", "2x2", "-fmt", "i,rgb,8", "-roi", "0,0,2x2", "-roi", "1,1..2,2"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Loading image blob.bin...\nCan't set ROI: image index 1 size doesn't fit the roi (size = <2,2>)\n");
+}
+
+TEST_F(BatchMode, BatchFilesReadLinesAsOneArgumentList) {
+  dir.Write("cmds.txt",
+            "# -q would be a comment\n"
+            "a_4x2.y8\n"
+            "\"b_4x2.y8\" -roi\n"
+            "1,0..2,1 -n\n"
+            "use_roi   # not a comment here\n");
+  const ProgramRun run = Run({"-bt", "cmds.txt", "ignored.raw"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Command line parser error: -n expects an image index\n");
+  dir.Write("ok.txt", "a_4x2.y8\n\"b_4x2.y8\" -roi\n1,0..2,1 -n\nuse_roi\n");
+  const ProgramRun ok = Run({"-bt", "ok.txt"});
+  EXPECT_EQ(ok.status, 0) << ok.output;
+  EXPECT_NE(ok.output.find("New image: Successfully created New_Copy_b_4x2.xy1_0_wh2x2.y8 (HK id 3)"),
+            std::string::npos)
+      << ok.output;
+}
+
+TEST_F(BatchMode, OperationsNotInThisBuildFailClearly) {
+  const ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "type2"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_NE(run.output.find("Diff: not available yet\n"), std::string::npos);
+}
+
+TEST_F(BatchMode, FormatsAndConfigurationFilesCanBeSwapped) {
+  ProgramRun run = Run({"-ff", "missing.fmt"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Can't load format file 'missing.fmt'\n");
+  run = Run({"-cf", "missing.ini"});
+  EXPECT_EQ(run.output, "Can't load config file 'missing.ini'\n");
+  dir.Write("other.fmt", "<format_group>\nfile_pattern = [.*\\.bin]\nwidth = 3\nheight = 1\nformat = [],P,Y,8\n</format_group>\n");
+  dir.Write("three.bin", "xyz");
+  run = Run({"-ff", "other.fmt", "-op", "three.bin", "-op", "a_4x2.y8"});
+  EXPECT_EQ(run.status, 255) << "the new rules replace the old ones";
+  EXPECT_EQ(run.output, "Loading image three.bin...\nLoading image a_4x2.y8...\n"
+                        "[Open image error]: Can't open a_4x2.y8 (unsupported format)\nOpen image failed\n");
+  dir.Write("other.ini", "[system]\nmax_comparison_party = 2\n");
+  dir.Write("d_4x2.y8", "12345678");
+  run = Run({"a_4x2.y8", "b_4x2.y8", "d_4x2.y8", "-cf", "other.ini", "-cmp"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("[Compare images error]: Too many images to compare, reached a max of 2\n"),
+            std::string::npos)
+      << run.output;
+}
+
+TEST_F(BatchMode, BatchErrorsAreLogged) {
+  const test::ProgramRunner logged(dir, "[system]\nwork_path = " + dir.path().string() +
+                                            "\n[developer]\ndebug_batch_error_log = 1, batch.log\n");
+  logged.Run({"a_4x2.y8", "-cls", "5"});
+  EXPECT_NE(test::ReadWholeFile(dir / "batch.log").find("Can't close: invalid image index 5 (1)"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace korvanel
