@@ -88,9 +88,7 @@ bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
 
 bool CImageConcreteBase::Save(const SaveRequest& request) {
   if (planes_.empty()) return false;
-  WriterLayout layout = DescribeForWriter();
-  layout.file_big_endian = big_endian_;
-  return WriteImage(layout, request);
+  return WriteImage(DescribeForWriter(), request);
 }
 
 namespace {

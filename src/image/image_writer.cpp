@@ -88,8 +88,7 @@ class CWriterRun {
   template <typename T>
   bool WriteSections() {
     const std::vector<SampleSection> sections = SectionsForPacking(layout_, request_.packing);
-    const bool big_endian =
-        request_.packing == SavePacking::Original ? layout_.file_big_endian : request_.big_endian;
+    const bool big_endian = request_.big_endian;
     const bool reverse_groups = layout_.gray;
     std::vector<T> row_values;
     for (size_t s = 0; s < sections.size(); ++s) {

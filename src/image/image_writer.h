@@ -21,7 +21,6 @@ struct WriterLayout {
   const char* text_kind = "";        // "RGB" or "YUV" in three-component text headers
   std::vector<SampleSection> original;  // the image's own layout
   bool original_planar = false;         // how text mode reads the Original packing
-  bool file_big_endian = false;         // the byte order the file was read in
 };
 
 // The sections a packing writes: the own layout, one per plane, or one

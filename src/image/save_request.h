@@ -31,8 +31,8 @@ struct SaveRequest {
   std::string path;
   SaveMode mode = SaveMode::Raw;
   SavePacking packing = SavePacking::Original;
-  // Raw and hex modes; the Original packing writes the file's own order back
-  // and ignores this.
+  // Raw and hex modes: each sample's bytes reversed (8-bit grey: groups of
+  // four bytes of a row).
   bool big_endian = false;
   // Inclusive; the caller clamps it to the image (and aligns it to the chroma
   // grid for YUV).

@@ -68,10 +68,13 @@ std::unique_ptr<CImageConcreteBase> Load(const std::string& expression, Bytes by
 }
 
 Bytes FileBytesFor(const std::string& expression, uint32_t width, uint32_t height) {
+  const FormatExpression format = Parse(expression);
+  test::CollectingSink log;
   for (uint64_t size = 1; size <= 4096; ++size) {
     Bytes bytes(size);
     for (uint64_t i = 0; i < size; ++i) bytes[i] = static_cast<uint8_t>(i * 37 + 11 + (i >> 3));
-    if (Load(expression, bytes, width, height)) return bytes;
+    Bytes scratch = bytes;
+    if (LoadWithFormat(format, scratch.data(), size, width, height, log)) return bytes;
   }
   ADD_FAILURE() << "no size loads " << expression;
   return {};
@@ -123,7 +126,9 @@ TEST_P(RawRoundTrip, OriginalPackingGivesBackTheFile) {
     auto image = Load(expression, file, c.width, c.height);
     ASSERT_NE(image, nullptr);
     std::string error;
-    ASSERT_TRUE(SaveRaw(*image, SavePacking::Original, false, dir.File("out.raw"), &error)) << error;
+    // A big-endian file comes back when big-endian output is asked for.
+    ASSERT_TRUE(SaveRaw(*image, SavePacking::Original, bpp < -8, dir.File("out.raw"), &error))
+        << error;
     const std::string written = test::ReadWholeFile(dir / "out.raw");
     EXPECT_EQ(written, std::string(file.begin(), file.end()));
   }
@@ -167,10 +172,9 @@ TEST(RawSave, EightBitGreyBigEndianReversesWholeGroupsOfFourOnly) {
 TEST(RawSave, SixteenBitBigEndianSwapsEachSample) {
   auto image = test::MakeImage<CImageGray>(16, 2, 1);
   test::TempDir dir;
-  ASSERT_TRUE(SaveRaw(*image, SavePacking::Original, true, dir.File("le.raw")));
+  ASSERT_TRUE(SaveRaw(*image, SavePacking::Original, false, dir.File("le.raw")));
   ASSERT_TRUE(SaveRaw(*image, SavePacking::Interleave, true, dir.File("be.raw")));
-  EXPECT_EQ(test::ReadWholeFile(dir / "le.raw"), std::string("\x00\x00\x01\x00", 4))
-      << "the original packing keeps the order the file had";
+  EXPECT_EQ(test::ReadWholeFile(dir / "le.raw"), std::string("\x00\x00\x01\x00", 4));
   EXPECT_EQ(test::ReadWholeFile(dir / "be.raw"), std::string("\x00\x00\x00\x01", 4));
 }
 
