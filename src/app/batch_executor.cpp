@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "app/save_commands.h"
 #include "files/formats_file.h"
 
 namespace korvanel {
@@ -161,6 +162,55 @@ bool RunClose(AppState& app, const ParsedCommand& c) {
   return true;
 }
 
+// --- saving ----------------------------------------------------------------------
+
+SaveOptions SaveOptionsOf(const ParsedCommand& c) {
+  return {c.path, c.overwrite};
+}
+
+// Text or hex text, the packing, the byte order; binary in the image's own
+// packing, little-endian, by default.
+SaveKind SaveKindOf(const ParsedCommand& c) {
+  SaveKind kind;
+  kind.format = c.text ? SaveFormat::Text : c.hex_text ? SaveFormat::HexText : SaveFormat::Binary;
+  kind.packing = c.planar ? SavePacking::Planar : c.interleave ? SavePacking::Interleave : SavePacking::Original;
+  kind.big_endian = c.big_endian;
+  return kind;
+}
+
+// A save that did not happen has shown its own message; the run fails.
+bool Outcome(AppState& app, bool done) {
+  if (!done) app.SetBatchFailed(true);
+  return done;
+}
+
+bool RunSave(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't save image: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  return Outcome(app, SaveImagesAt(app, {*index}, SaveKindOf(c), SaveOptionsOf(c)));
+}
+
+bool RunSaveStatistics(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't save image statistics: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  return Outcome(app, SaveStatisticsAt(app, *index, SaveOptionsOf(c)));
+}
+
+bool RunSavePng(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't export image to PNG: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  return Outcome(app, ExportPngAt(app, *index, SaveOptionsOf(c)));
+}
+
 // Operations whose engines are not in this build yet say so instead of
 // pretending to succeed.
 template <const char* Name>
@@ -172,9 +222,6 @@ bool RunUnavailable(AppState& app, const ParsedCommand&) {
 constexpr char kDiff[] = "Diff";
 constexpr char kFilter[] = "Filter colors";
 constexpr char kIEval[] = "I-Eval";
-constexpr char kSave[] = "Save image";
-constexpr char kSaveStatistics[] = "Save statistics";
-constexpr char kSavePng[] = "Export PNG";
 constexpr char kConvert[] = "Convert";
 
 struct Handler {
@@ -192,9 +239,9 @@ constexpr Handler kHandlers[] = {
     {Switch::Filter, &RunUnavailable<kFilter>},
     {Switch::IEval, &RunUnavailable<kIEval>},
     {Switch::Roi, &RunRoi},
-    {Switch::Save, &RunUnavailable<kSave>},
-    {Switch::SaveStatistics, &RunUnavailable<kSaveStatistics>},
-    {Switch::SavePng, &RunUnavailable<kSavePng>},
+    {Switch::Save, &RunSave},
+    {Switch::SaveStatistics, &RunSaveStatistics},
+    {Switch::SavePng, &RunSavePng},
     {Switch::Convert, &RunUnavailable<kConvert>},
     {Switch::Close, &RunClose},
 };
