@@ -178,37 +178,32 @@ SaveKind SaveKindOf(const ParsedCommand& c) {
   return kind;
 }
 
-// A save that did not happen has shown its own message; the run fails.
-bool Outcome(AppState& app, bool done) {
+bool SaveAt(AppState& app, size_t index, const ParsedCommand& c) {
+  return SaveImagesAt(app, {index}, SaveKindOf(c), SaveOptionsOf(c));
+}
+bool SaveStatisticsOf(AppState& app, size_t index, const ParsedCommand& c) {
+  return SaveStatisticsAt(app, index, SaveOptionsOf(c));
+}
+bool ExportPngOf(AppState& app, size_t index, const ParsedCommand& c) {
+  return ExportPngAt(app, index, SaveOptionsOf(c));
+}
+
+constexpr char kCantSave[] = "Can't save image: invalid image index (%d)\n";
+constexpr char kCantSaveStatistics[] = "Can't save image statistics: invalid image index (%d)\n";
+constexpr char kCantExportPng[] = "Can't export image to PNG: invalid image index (%d)\n";
+
+// -s, -sst and -spng: one image by reference. A save that did not happen has
+// shown its own message; the run fails.
+template <const char* InvalidIndex, bool (*Operation)(AppState&, size_t, const ParsedCommand&)>
+bool RunSaving(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError(InvalidIndex, ShownReference(c));
+    return false;
+  }
+  const bool done = Operation(app, *index, c);
   if (!done) app.SetBatchFailed(true);
   return done;
-}
-
-bool RunSave(AppState& app, const ParsedCommand& c) {
-  const std::optional<size_t> index = ResolveImage(app, c);
-  if (!index) {
-    app.ReportBatchError("Can't save image: invalid image index (%d)\n", ShownReference(c));
-    return false;
-  }
-  return Outcome(app, SaveImagesAt(app, {*index}, SaveKindOf(c), SaveOptionsOf(c)));
-}
-
-bool RunSaveStatistics(AppState& app, const ParsedCommand& c) {
-  const std::optional<size_t> index = ResolveImage(app, c);
-  if (!index) {
-    app.ReportBatchError("Can't save image statistics: invalid image index (%d)\n", ShownReference(c));
-    return false;
-  }
-  return Outcome(app, SaveStatisticsAt(app, *index, SaveOptionsOf(c)));
-}
-
-bool RunSavePng(AppState& app, const ParsedCommand& c) {
-  const std::optional<size_t> index = ResolveImage(app, c);
-  if (!index) {
-    app.ReportBatchError("Can't export image to PNG: invalid image index (%d)\n", ShownReference(c));
-    return false;
-  }
-  return Outcome(app, ExportPngAt(app, *index, SaveOptionsOf(c)));
 }
 
 // Operations whose engines are not in this build yet say so instead of
@@ -239,9 +234,9 @@ constexpr Handler kHandlers[] = {
     {Switch::Filter, &RunUnavailable<kFilter>},
     {Switch::IEval, &RunUnavailable<kIEval>},
     {Switch::Roi, &RunRoi},
-    {Switch::Save, &RunSave},
-    {Switch::SaveStatistics, &RunSaveStatistics},
-    {Switch::SavePng, &RunSavePng},
+    {Switch::Save, &RunSaving<kCantSave, &SaveAt>},
+    {Switch::SaveStatistics, &RunSaving<kCantSaveStatistics, &SaveStatisticsOf>},
+    {Switch::SavePng, &RunSaving<kCantExportPng, &ExportPngOf>},
     {Switch::Convert, &RunUnavailable<kConvert>},
     {Switch::Close, &RunClose},
 };

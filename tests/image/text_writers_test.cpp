@@ -14,13 +14,8 @@
 namespace korvanel {
 namespace {
 
-std::unique_ptr<CImageGray> GrayRow(uint32_t bits, std::vector<uint32_t> values) {
-  auto image = std::make_unique<CImageGray>();
-  std::vector<Plane> planes;
-  planes.push_back(test::MakePlane(bits, static_cast<uint32_t>(values.size()), 1,
-                                   [&](uint32_t x, uint32_t) { return values[x]; }));
-  image->AdoptPlanes(std::move(planes));
-  return image;
+std::unique_ptr<CImageGray> GrayRow(uint32_t bits, const std::vector<uint32_t>& values) {
+  return test::MakeRowImage<CImageGray>(bits, values);
 }
 
 std::string SaveText(IImageContainer& image, SaveMode mode, SavePacking packing, const Rect& area,
