@@ -6,6 +6,7 @@
 #include "app/diff_command.h"
 #include "app/filter_command.h"
 #include "app/ieval_command.h"
+#include "app/save_commands.h"
 #include "files/formats_file.h"
 
 namespace korvanel {
@@ -253,6 +254,50 @@ bool RunFilter(AppState& app, const ParsedCommand& c) {
   return false;
 }
 
+// --- saving ----------------------------------------------------------------------
+
+SaveOptions SaveOptionsOf(const ParsedCommand& c) {
+  return {c.path, c.overwrite};
+}
+
+// Text or hex text, the packing, the byte order; binary in the image's own
+// packing, little-endian, by default.
+SaveKind SaveKindOf(const ParsedCommand& c) {
+  SaveKind kind;
+  kind.format = c.text ? SaveFormat::Text : c.hex_text ? SaveFormat::HexText : SaveFormat::Binary;
+  kind.packing = c.planar ? SavePacking::Planar : c.interleave ? SavePacking::Interleave : SavePacking::Original;
+  kind.big_endian = c.big_endian;
+  return kind;
+}
+
+bool SaveAt(AppState& app, size_t index, const ParsedCommand& c) {
+  return SaveImagesAt(app, {index}, SaveKindOf(c), SaveOptionsOf(c));
+}
+bool SaveStatisticsOf(AppState& app, size_t index, const ParsedCommand& c) {
+  return SaveStatisticsAt(app, index, SaveOptionsOf(c));
+}
+bool ExportPngOf(AppState& app, size_t index, const ParsedCommand& c) {
+  return ExportPngAt(app, index, SaveOptionsOf(c));
+}
+
+constexpr char kCantSave[] = "Can't save image: invalid image index (%d)\n";
+constexpr char kCantSaveStatistics[] = "Can't save image statistics: invalid image index (%d)\n";
+constexpr char kCantExportPng[] = "Can't export image to PNG: invalid image index (%d)\n";
+
+// -s, -sst and -spng: one image by reference. A save that did not happen has
+// shown its own message; the run fails.
+template <const char* InvalidIndex, bool (*Operation)(AppState&, size_t, const ParsedCommand&)>
+bool RunSaving(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError(InvalidIndex, ShownReference(c));
+    return false;
+  }
+  const bool done = Operation(app, *index, c);
+  if (!done) app.SetBatchFailed(true);
+  return done;
+}
+
 // Operations whose engines are not in this build yet say so instead of
 // pretending to succeed.
 template <const char* Name>
@@ -261,9 +306,6 @@ bool RunUnavailable(AppState& app, const ParsedCommand&) {
   return false;
 }
 
-constexpr char kSave[] = "Save image";
-constexpr char kSaveStatistics[] = "Save statistics";
-constexpr char kSavePng[] = "Export PNG";
 constexpr char kConvert[] = "Convert";
 
 struct Handler {
@@ -281,9 +323,9 @@ constexpr Handler kHandlers[] = {
     {Switch::Filter, &RunFilter},
     {Switch::IEval, &RunIEval},
     {Switch::Roi, &RunRoi},
-    {Switch::Save, &RunUnavailable<kSave>},
-    {Switch::SaveStatistics, &RunUnavailable<kSaveStatistics>},
-    {Switch::SavePng, &RunUnavailable<kSavePng>},
+    {Switch::Save, &RunSaving<kCantSave, &SaveAt>},
+    {Switch::SaveStatistics, &RunSaving<kCantSaveStatistics, &SaveStatisticsOf>},
+    {Switch::SavePng, &RunSaving<kCantExportPng, &ExportPngOf>},
     {Switch::Convert, &RunUnavailable<kConvert>},
     {Switch::Close, &RunClose},
 };

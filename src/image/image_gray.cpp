@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "image/display_conversion.h"
 #include "image/format_expression.h"
 #include "image/format_label.h"
 #include "image/raw_unpack.h"
@@ -27,6 +28,19 @@ std::string CImageGray::FormatLabel() const { return LabelForBits(kGrayLabels, b
 
 std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
   return std::make_unique<CImageGray>();
+}
+
+bool CImageGray::RenderDisplay(DisplayRendition& out) const {
+  return BuildGrayRendition(ShownPlanes()[0], out);
+}
+
+WriterLayout CImageGray::DescribeForWriter() const {
+  WriterLayout layout;
+  layout.planes = {&planes_[0]};
+  layout.letters.push_back('Y');
+  layout.order = {0};
+  layout.gray = true;
+  return layout;
 }
 
 }  // namespace korvanel

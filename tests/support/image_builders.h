@@ -36,4 +36,15 @@ std::unique_ptr<Image> MakeImage(uint32_t bits, uint32_t width, uint32_t height)
   return image;
 }
 
+// A grey image of one row holding `values`.
+template <typename Image>
+std::unique_ptr<Image> MakeRowImage(uint32_t bits, const std::vector<uint32_t>& values) {
+  auto image = std::make_unique<Image>();
+  std::vector<Plane> planes;
+  planes.push_back(MakePlane(bits, static_cast<uint32_t>(values.size()), 1,
+                             [&](uint32_t x, uint32_t) { return values[x]; }));
+  image->AdoptPlanes(std::move(planes));
+  return image;
+}
+
 }  // namespace korvanel::test
