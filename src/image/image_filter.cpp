@@ -9,53 +9,69 @@ namespace korvanel {
 
 namespace {
 
-// Writes the bits of pixels [first, first + count) from `bits` (bit k of the
-// run = pixel first + k) into the mask. Words shared with other rows are
-// updated atomically, since another band may be writing them.
+// Appends the mask bits of consecutive pixels. Words that lie wholly inside
+// the run are this band's alone and are stored plainly; the partial words at
+// its ends may be shared with another band's row and are merged atomically.
 class MaskWriter {
  public:
   explicit MaskWriter(std::vector<uint32_t>& mask) : mask_(mask) {}
 
-  void Put(uint64_t pixel, bool in) {
-    const uint64_t word = pixel / 32;
-    if (word != word_) {
-      Commit();
-      word_ = word;
-    }
-    const uint32_t bit = 1u << (pixel % 32);
-    covered_ |= bit;
-    if (in) bits_ |= bit;
+  void Start(uint64_t first_pixel) {
+    word_ = first_pixel / 32;
+    pos_ = static_cast<uint32_t>(first_pixel % 32);
+    covered_ = pos_ == 0 ? ~0u : ~0u << pos_;
+    bits_ = 0;
   }
 
-  void Commit() {
-    if (covered_ == 0) return;
-    std::atomic_ref<uint32_t> target(mask_[word_]);
-    target.fetch_and(~covered_ | bits_, std::memory_order_relaxed);
-    target.fetch_or(bits_, std::memory_order_relaxed);
-    covered_ = bits_ = 0;
+  void Put(bool in) {
+    bits_ |= uint32_t{in} << pos_;
+    if (++pos_ == 32) {
+      Store();
+      ++word_;
+      pos_ = 0;
+      covered_ = ~0u;
+      bits_ = 0;
+    }
+  }
+
+  // Ends the run: the last word is partial unless the run ended on a boundary.
+  void Finish() {
+    if (pos_ == 0) return;
+    covered_ &= pos_ == 32 ? ~0u : (1u << pos_) - 1;
+    Store();
   }
 
  private:
+  void Store() {
+    if (covered_ == ~0u) {
+      mask_[word_] = bits_;
+      return;
+    }
+    std::atomic_ref<uint32_t> target(mask_[word_]);
+    target.fetch_and(~covered_ | bits_, std::memory_order_relaxed);
+    target.fetch_or(bits_, std::memory_order_relaxed);
+  }
+
   std::vector<uint32_t>& mask_;
-  uint64_t word_ = ~uint64_t{0};
+  uint64_t word_ = 0;
+  uint32_t pos_ = 0;
   uint32_t covered_ = 0;
   uint32_t bits_ = 0;
 };
 
 template <typename T>
-void FilterGrayRow(const T* src, T* shown, const uint8_t* table, T negation, uint64_t first_pixel,
-                   uint32_t count, MaskWriter& mask) {
+void FilterGrayRow(const T* src, T* shown, const uint8_t* table, T negation, uint32_t count, MaskWriter& mask) {
   for (uint32_t x = 0; x < count; ++x) {
     const T v = src[x];
     const bool in = table[v] != 0;
     shown[x] = in ? v : negation;
-    mask.Put(first_pixel + x, in);
+    mask.Put(in);
   }
 }
 
 template <typename T>
 void FilterThreeRow(const T* const src[3], T* const shown[3], const FilterTables& tables,
-                    bool all_components, uint64_t first_pixel, uint32_t count, MaskWriter& mask) {
+                    bool all_components, uint32_t count, MaskWriter& mask) {
   const uint8_t* t0 = tables.table[0].data();
   const uint8_t* t1 = tables.table[1].data();
   const uint8_t* t2 = tables.table[2].data();
@@ -70,19 +86,19 @@ void FilterThreeRow(const T* const src[3], T* const shown[3], const FilterTables
       shown[0][x] = in ? a : n0;
       shown[1][x] = in ? b : n1;
       shown[2][x] = in ? c : n2;
-      mask.Put(first_pixel + x, in);
+      mask.Put(in);
     } else {
       shown[0][x] = pa ? a : n0;
       shown[1][x] = pb ? b : n1;
       shown[2][x] = pc ? c : n2;
-      mask.Put(first_pixel + x, pa || pb || pc);
+      mask.Put(pa || pb || pc);
     }
   }
 }
 
 }  // namespace
 
-bool BeginFilter(CImageConcreteBase& image, std::string label) {
+bool BeginFilter(CImageConcreteBase& image, std::string label, bool whole_image) {
   const uint32_t bits = image.GetBitsPerComponent();
   if (bits != 8 && bits != 16) return false;
   uint32_t width = 0, height = 0;
@@ -97,8 +113,15 @@ bool BeginFilter(CImageConcreteBase& image, std::string label) {
     return false;
   }
   for (uint32_t c = 0; c < image.PlaneCount(); ++c) {
-    std::optional<Plane> copy = image.GetPlane(c).Crop(0, 0, width, height);
-    if (!copy) return false;
+    // A filter over the whole image writes every shown sample itself.
+    std::optional<Plane> copy;
+    if (whole_image) {
+      copy.emplace();
+      if (!copy->Allocate(bits, width, height)) return false;
+    } else {
+      copy = image.GetPlane(c).Crop(0, 0, width, height);
+      if (!copy) return false;
+    }
     shown.push_back(std::move(*copy));
   }
   image.SetFilter(std::move(mask), std::move(shown), std::move(label));
@@ -124,11 +147,10 @@ bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool
   bool finished = true;
   const bool dispatched = DispatchBits(tables.bits, [&]<typename T>(std::type_identity<T>) {
     for (uint32_t y = band.min_y; y <= band.max_y && finished; ++y) {
-      const uint64_t first_pixel = uint64_t{y} * width + band.min_x;
+      mask.Start(uint64_t{y} * width + band.min_x);
       if (components == 1) {
         FilterGrayRow<T>(image.GetPlane(0).Row<T>(y) + band.min_x, shown[0].Row<T>(y) + band.min_x,
-                         tables.table[0].data(), static_cast<T>(tables.negation[0]), first_pixel, count,
-                         mask);
+                         tables.table[0].data(), static_cast<T>(tables.negation[0]), count, mask);
       } else {
         const T* src[3];
         T* dst[3];
@@ -136,9 +158,9 @@ bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool
           src[c] = image.GetPlane(c).Row<T>(y) + band.min_x;
           dst[c] = shown[c].Row<T>(y) + band.min_x;
         }
-        FilterThreeRow<T>(src, dst, tables, all_components, first_pixel, count, mask);
+        FilterThreeRow<T>(src, dst, tables, all_components, count, mask);
       }
-      mask.Commit();
+      mask.Finish();
       finished = ContinueAfterRow(observer, count);
     }
   });

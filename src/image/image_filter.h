@@ -13,9 +13,10 @@
 namespace korvanel {
 
 // Starts a filter: every pixel masked in and shown as it is, so that pixels
-// outside the filtered region stay visible. False for depths other than 8
-// and 16 bits, or when the memory cannot be had.
-bool BeginFilter(CImageConcreteBase& image, std::string label);
+// outside the filtered region stay visible (with `whole_image` the bands
+// will write every pixel, and the shown copy starts unset). False for depths
+// other than 8 and 16 bits, or when the memory cannot be had.
+bool BeginFilter(CImageConcreteBase& image, std::string label, bool whole_image = false);
 
 // Filters the pixels of `band` (inclusive, inside the image). Bands of
 // different rows may run at the same time.

@@ -122,6 +122,7 @@ struct AxisMap {
 
 struct Canvas {
   AxisMap x, y;
+  bool identity = false;  // every output pixel is the source pixel at its place
 };
 
 // Converts a band row by row: the row's source samples are gathered (or
@@ -136,6 +137,9 @@ class CConvertImageProcessor final : public CBandJob {
 
  private:
   bool Work(const Rect& band, IRowObserver* observer) override {
+    if (fast_yuv_ != nullptr && canvas_.identity && target_.GetBitsPerComponent() == 8) {
+      return WorkDirect(band, observer);
+    }
     const uint32_t count = band.max_x - band.min_x + 1;
     std::vector<int64_t> xmap(count);
     for (uint32_t i = 0; i < count; ++i) xmap[i] = canvas_.x(band.min_x + i);
@@ -146,6 +150,29 @@ class CConvertImageProcessor final : public CBandJob {
       Gather(sy, xmap);
       Convert(sy, xmap);
       Store(y, band.min_x);
+      if (!ContinueAfterRow(observer, count)) return false;
+    }
+    return true;
+  }
+
+  // 8-bit YUV to 8-bit RGB at the same place: the display's row kernel from
+  // the source rows straight into the target's planes.
+  bool WorkDirect(const Rect& band, IRowObserver* observer) {
+    const uint32_t count = band.max_x - band.min_x + 1;
+    packed_.assign(count, 0);
+    for (uint32_t y = band.min_y; y <= band.max_y; ++y) {
+      fast_yuv_->ConvertRow(source_.GetPlane(0).Row<uint8_t>(y) + band.min_x,
+                            source_.GetPlane(1).Row<uint8_t>(y) + band.min_x,
+                            source_.GetPlane(2).Row<uint8_t>(y) + band.min_x, packed_.data(), count);
+      uint8_t* r = target_.MutablePlane(0).Row<uint8_t>(y) + band.min_x;
+      uint8_t* g = target_.MutablePlane(1).Row<uint8_t>(y) + band.min_x;
+      uint8_t* b = target_.MutablePlane(2).Row<uint8_t>(y) + band.min_x;
+      for (uint32_t i = 0; i < count; ++i) {
+        const uint32_t p = packed_[i];
+        r[i] = static_cast<uint8_t>(p);
+        g[i] = static_cast<uint8_t>(p >> 8);
+        b[i] = static_cast<uint8_t>(p >> 16);
+      }
       if (!ContinueAfterRow(observer, count)) return false;
     }
     return true;
@@ -227,7 +254,8 @@ ConvertRun RunConvert(const CImageConcreteBase& source, const ConvertRequest& re
 
   const bool output_larger = width >= sw && height >= sh;
   const int64_t sign = output_larger ? 1 : -1;
-  const Canvas canvas{{sign * request.offset.x, sw, request.tiled}, {sign * request.offset.y, sh, request.tiled}};
+  Canvas canvas{{sign * request.offset.x, sw, request.tiled}, {sign * request.offset.y, sh, request.tiled}};
+  canvas.identity = width == sw && height == sh && request.offset.x == 0 && request.offset.y == 0;
   const FamilyConverter converter(FamilyOf(source), FamilyOf(request.target.color_kind),
                                   source.GetBitsPerComponent(), request.yuv_to_rgb, request.rgb_to_yuv);
   std::unique_ptr<CYuvToRgbRows> fast_yuv;

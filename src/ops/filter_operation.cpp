@@ -26,8 +26,12 @@ class CFilterImageProcessor final : public CBandJob {
 
 BandRun RunFilter(CImageConcreteBase& image, const FilterTables& tables, bool all_components,
                   const std::string& label, JobRunner& runner, IProgressSink* progress) {
-  if (!BeginFilter(image, label)) return {};
-  BandRun run = RunBandJobs(WorkedRegion(image), runner, progress, [&] {
+  const Rect region = WorkedRegion(image);
+  uint32_t width = 0, height = 0;
+  image.GetSize(width, height);
+  const bool whole = region.Width() == width && region.Height() == height;
+  if (!BeginFilter(image, label, whole)) return {};
+  BandRun run = RunBandJobs(region, runner, progress, [&] {
     return std::make_unique<CFilterImageProcessor>(image, tables, all_components);
   });
   if (!run.ok) image.ClearFilter();
