@@ -139,6 +139,9 @@ class AppState {
   void SetAutoFileNaming(bool on) { auto_file_naming_ = on; }
   // Hexa-text saves write C arrays instead of a hex-viewer dump.
   bool SaveTextHexCArray() const { return save_text_hex_c_array_; }
+  // favor_low_mem_over_speed: filters keep their tables instead of a shown copy.
+  bool FavorLowMemory() const { return favor_low_memory_; }
+  void SetFavorLowMemory(bool on) { favor_low_memory_ = on; }
   void SetSaveTextHexCArray(bool on) { save_text_hex_c_array_ = on; }
   // 0: every logical processor, -1: no worker threads.
   int32_t MaxProcessThreads() const { return max_process_threads_; }
@@ -193,6 +196,7 @@ class AppState {
   CConfiguration* config_ = nullptr;  // null: no logs
   DiffType diff_type_ = DiffType::kAllBin;
   bool auto_file_naming_ = true;
+  bool favor_low_memory_ = false;
   bool save_text_hex_c_array_ = false;
   int32_t max_process_threads_ = 0;
   double default_zoom_ = 1.0;

@@ -46,7 +46,7 @@ struct Applier {
 
   bool Apply(CImageConcreteBase& image, const FilterTables& tables, bool all, const std::string& label) {
     progress.Start("Filter Colors", WorkedRegionPixels(image));
-    const BandRun run = RunFilter(image, tables, all, label, app.Jobs(), &progress);
+    const BandRun run = RunFilter(image, tables, all, label, app.Jobs(), &progress, app.FavorLowMemory());
     elapsed_ms += run.elapsed_ms;
     return run.ok;
   }

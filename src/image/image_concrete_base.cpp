@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "image/format_expression.h"
+#include "image/image_filter.h"
 #include "image/image_gray.h"
 #include "image/output_buffer.h"
 #include "image/statistics.h"
@@ -69,8 +70,14 @@ bool CImageConcreteBase::ImportRgb32(uint32_t, const uint32_t*) { return false; 
 
 const DisplayRendition* CImageConcreteBase::BuildDisplay() {
   if (display_ || planes_.empty()) return display_.get();
+  // A filter kept as tables only: the shown copy exists while rendering.
+  const bool transient = kept_filter_ != nullptr && filtered_planes_.empty() && RebuildShownCopy(*this);
   auto rendition = std::make_unique<DisplayRendition>();
   if (RenderDisplay(*rendition)) display_ = std::move(rendition);
+  if (transient) {
+    filtered_planes_.clear();
+    filtered_planes_.shrink_to_fit();
+  }
   return display_.get();
 }
 
@@ -177,13 +184,36 @@ bool CImageConcreteBase::GetSampleValues(int64_t x, int64_t y,
   for (size_t c = 0; c < values.size(); ++c) {
     values[c] = shown[std::min(c, shown.size() - 1)].SampleAt(ux, uy);
   }
+  if (kept_filter_ != nullptr && filtered_planes_.empty()) {
+    // The shown values from the kept tables, as the filter would have written them.
+    const FilterTables& t = *kept_filter_;
+    const size_t n = planes_.size();
+    bool pass[3] = {false, false, false};
+    bool all = true;
+    for (size_t c = 0; c < n; ++c) {
+      pass[c] = t.table[c][values[c]] != 0;
+      all = all && pass[c];
+    }
+    for (size_t c = 0; c < n; ++c) {
+      if (!(kept_filter_all_ && n == 3 ? all : pass[c])) values[c] = t.negation[c];
+    }
+    if (n == 1) values[1] = values[2] = values[0];
+  }
   return true;
+}
+
+void CImageConcreteBase::KeepFilterTablesOnly(std::shared_ptr<const FilterTables> tables, bool all_components) {
+  kept_filter_ = std::move(tables);
+  kept_filter_all_ = all_components;
+  filtered_planes_.clear();
+  filtered_planes_.shrink_to_fit();
 }
 
 void CImageConcreteBase::SetFilter(std::vector<uint32_t> mask, std::vector<Plane> shown,
                                    std::string label) {
   mask_ = std::move(mask);
   filtered_planes_ = std::move(shown);
+  kept_filter_.reset();
   filter_label_ = std::move(label);
   display_.reset();
   region_changed_ = true;  // statistics count only masked-in pixels
@@ -192,6 +222,7 @@ void CImageConcreteBase::SetFilter(std::vector<uint32_t> mask, std::vector<Plane
 void CImageConcreteBase::ClearFilter() {
   mask_.clear();
   filtered_planes_.clear();
+  kept_filter_.reset();
   filter_label_.clear();
   display_.reset();
   region_changed_ = true;

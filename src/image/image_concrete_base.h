@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "image/display_rendition.h"
+#include "image/filter_tables.h"
 #include "image/histogram_result.h"
 #include "image/image_container.h"
 #include "image/parallel_runner.h"
@@ -66,7 +67,13 @@ class CImageConcreteBase : public IImageContainer {
   // The readout reads the copy while it exists.
   void SetFilter(std::vector<uint32_t> mask, std::vector<Plane> shown, std::string label);
   void ClearFilter();
-  bool HasFilter() const { return !filtered_planes_.empty(); }
+  bool HasFilter() const { return !filtered_planes_.empty() || kept_filter_ != nullptr; }
+  // Trades the shown copy for the filter's tables (favor_low_mem_over_speed):
+  // the readout then looks values up, and the display rebuilds the copy only
+  // while it renders.
+  void KeepFilterTablesOnly(std::shared_ptr<const FilterTables> tables, bool all_components);
+  std::shared_ptr<const FilterTables> KeptFilterTables() const { return kept_filter_; }
+  bool KeptFilterAllComponents() const { return kept_filter_all_; }
   const std::string& FilterLabel() const { return filter_label_; }
   std::vector<Plane>& FilteredPlanes() { return filtered_planes_; }
   std::vector<uint32_t>& MutableSelectionMask() { return mask_; }
@@ -127,6 +134,8 @@ class CImageConcreteBase : public IImageContainer {
   std::vector<Plane> planes_;
   std::vector<Plane> filtered_planes_;
   std::string filter_label_;
+  std::shared_ptr<const FilterTables> kept_filter_;
+  bool kept_filter_all_ = false;
   IParallelRunner* runner_ = nullptr;
   std::unique_ptr<HistogramResult> histogram_cache_;
 };

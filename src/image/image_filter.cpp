@@ -167,4 +167,21 @@ bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool
   return dispatched && finished;
 }
 
+bool RebuildShownCopy(CImageConcreteBase& image) {
+  const std::shared_ptr<const FilterTables> tables = image.KeptFilterTables();
+  if (tables == nullptr) return false;
+  uint32_t width = 0, height = 0;
+  image.GetSize(width, height);
+  std::vector<Plane>& shown = image.FilteredPlanes();
+  shown.resize(image.PlaneCount());
+  for (Plane& plane : shown) {
+    if (!plane.Allocate(image.GetBitsPerComponent(), width, height)) {
+      shown.clear();
+      return false;
+    }
+  }
+  // The mask is rewritten with the bits it already holds.
+  return ApplyFilterBand(image, *tables, image.KeptFilterAllComponents(), {0, 0, width - 1, height - 1}, nullptr);
+}
+
 }  // namespace korvanel

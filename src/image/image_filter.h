@@ -23,4 +23,8 @@ bool BeginFilter(CImageConcreteBase& image, std::string label, bool whole_image 
 bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool all_components,
                      const Rect& band, IRowObserver* observer);
 
+// The shown copy again, from the tables an image kept instead of it. False
+// when the image keeps no tables or the memory cannot be had.
+bool RebuildShownCopy(CImageConcreteBase& image);
+
 }  // namespace korvanel

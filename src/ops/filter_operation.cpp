@@ -25,7 +25,7 @@ class CFilterImageProcessor final : public CBandJob {
 }  // namespace
 
 BandRun RunFilter(CImageConcreteBase& image, const FilterTables& tables, bool all_components,
-                  const std::string& label, JobRunner& runner, IProgressSink* progress) {
+                  const std::string& label, JobRunner& runner, IProgressSink* progress, bool low_memory) {
   const Rect region = WorkedRegion(image);
   uint32_t width = 0, height = 0;
   image.GetSize(width, height);
@@ -35,6 +35,7 @@ BandRun RunFilter(CImageConcreteBase& image, const FilterTables& tables, bool al
     return std::make_unique<CFilterImageProcessor>(image, tables, all_components);
   });
   if (!run.ok) image.ClearFilter();
+  else if (low_memory) image.KeepFilterTablesOnly(std::make_shared<const FilterTables>(tables), all_components);
   return run;
 }
 

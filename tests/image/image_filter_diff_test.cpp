@@ -189,3 +189,43 @@ TEST(DiffBand, OnlyTheRegionIsWritten) {
 
 }  // namespace
 }  // namespace korvanel
+
+namespace korvanel {
+namespace {
+
+TEST(ApplyFilter, KeepingOnlyTheTablesShowsTheSameValues) {
+  // Two identical RGB images, one of them trading its shown copy for tables.
+  auto make = [] {
+    return FromValues<CImageRgb>(8, 3, 2, {{60, 110, 5, 7, 200, 9}, {210, 220, 1, 250, 3, 4}, {90, 50, 2, 80, 81, 6}});
+  };
+  for (bool all : {false, true}) {
+    auto full = make();
+    auto lean = make();
+    FilterTables tables;
+    FilterParseState state;
+    ASSERT_TRUE(ParseFilterExpression("100-128;200-*;*-80", 8, 3, tables, state));
+    ASSERT_TRUE(ParseNegationColor("1,2,3", tables, state));
+    for (auto* image : {full.get(), lean.get()}) {
+      ASSERT_TRUE(BeginFilter(*image, "f"));
+      ASSERT_TRUE(ApplyFilterBand(*image, tables, all, Whole(*image), nullptr));
+    }
+    lean->KeepFilterTablesOnly(std::make_shared<const FilterTables>(tables), all);
+    EXPECT_TRUE(lean->FilteredPlanes().empty());
+    EXPECT_TRUE(lean->HasFilter());
+    for (uint32_t y = 0; y < 2; ++y) {
+      for (uint32_t x = 0; x < 3; ++x) {
+        EXPECT_EQ(At(*lean, x, y), At(*full, x, y)) << x << "," << y << " all=" << all;
+        EXPECT_EQ(lean->IsSelected(x, y), full->IsSelected(x, y));
+      }
+    }
+    const DisplayRendition* a = full->BuildDisplay();
+    const DisplayRendition* b = lean->BuildDisplay();
+    ASSERT_NE(a, nullptr);
+    ASSERT_NE(b, nullptr);
+    EXPECT_EQ(a->pixels, b->pixels);
+    EXPECT_TRUE(lean->FilteredPlanes().empty()) << "the copy lives only while rendering";
+  }
+}
+
+}  // namespace
+}  // namespace korvanel
