@@ -12,6 +12,8 @@
 #include "files/load_new_image.h"
 #include "image/color_transform.h"
 #include "image/text_util.h"
+#include "ops/job_runner.h"
+#include "ops/worker_pool.h"
 
 namespace korvanel {
 
@@ -52,6 +54,9 @@ AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
 }
 
 AppState::~AppState() {
+  // The workers stop before anything they could refer to goes.
+  jobs_.reset();
+  pool_.reset();
   if (config_ == nullptr) return;
   CLogger& log = config_->Logs().app;
   log.BeginEntry("Session end mark");
@@ -73,10 +78,33 @@ void AppState::ApplyConfiguration(const ConfigValues& values) {
   work_path_ = values.system.work_path;
   format_file_path_ = values.system.format_file_path;
   ieval_file_path_ = values.system.ieval_file_path;
+  force_thread_per_core_ = values.developer.force_thread_per_core;
   diff_type_ = values.image.diff_type;
   default_zoom_ = values.gui.def_zoom;
   g_yuv_to_rgb = values.image.trans_yuv_to_rgb;
   g_rgb_to_yuv = values.image.trans_rgb_to_yuv;
+}
+
+// --- long operations ---------------------------------------------------------
+
+JobRunner& AppState::Jobs() {
+  if (!jobs_) {
+    const uint32_t capacity = PoolCapacityFor(max_process_threads_, LogicalProcessorCount());
+    if (capacity > 0) pool_ = std::make_unique<WorkerPool>(capacity, force_thread_per_core_);
+    jobs_ = std::make_unique<JobRunner>(pool_.get());
+  }
+  return *jobs_;
+}
+
+CIEvalList& AppState::SavedIEvals() {
+  if (!saved_ievals_) {
+    saved_ievals_ = std::make_unique<CIEvalList>();
+    std::vector<std::string> messages;
+    const std::string path = ieval_file_path_.empty() ? "qel.ieval.txt" : ieval_file_path_;
+    saved_ievals_->Load(path, messages);
+    for (const std::string& message : messages) ShowMessage(message, "Load I-Eval list");
+  }
+  return *saved_ievals_;
 }
 
 // --- messages ----------------------------------------------------------------
@@ -134,7 +162,7 @@ bool AppState::OpenImage(const std::string& path, const FormatRules& rules) {
     return false;
   }
   StatusMessage("Loading image %s...", path.c_str());
-  LoadedImage loaded = LoadNewImage(path, rules, *format_log_);
+  LoadedImage loaded = LoadNewImage(path, rules, *format_log_, Jobs().Pool());
   format_log_->Flush();
   if (loaded.image) {
     RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
@@ -172,7 +200,7 @@ bool AppState::OpenWithPrompt(const std::string& path) {
       ShowMessage(FormatMessage("Illegal format '%s'", answer.expression.c_str()), kParseError);
       continue;
     }
-    LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_);
+    LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_, Jobs().Pool());
     format_log_->Flush();
     if (loaded.image) {
       RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
@@ -214,6 +242,20 @@ size_t AppState::RegisterImage(std::unique_ptr<IImageContainer> image, std::stri
   if (images_.Count() == 1) feedback_.HasImagesChanged(true);
   if (!(compare_mode_ && !comparison_group_.empty())) SetFocus(index);
   return index;
+}
+
+bool AppState::ReplaceImage(size_t index, std::unique_ptr<IImageContainer> image,
+                            std::string format_text) {
+  if (index >= images_.Count() || !image) return false;
+  ImageRecord& record = images_.At(index);
+  uint32_t width = 0, height = 0;
+  image->GetSize(width, height);
+  record.summary = MakeSummaryLine(image->GetRawByteSize(), width, height, record.display_name);
+  record.image = std::move(image);
+  record.format_text = std::move(format_text);
+  MarkCreatedUnsaved(record.image.get());
+  feedback_.RequestRepaint();
+  return true;
 }
 
 void AppState::CloseImage(size_t index) {
@@ -394,6 +436,8 @@ void AppState::CompareImages(const std::vector<size_t>& indices) {
   }
   StartComparing(std::move(group));
 }
+
+void AppState::ForceComparison(std::vector<size_t> indices) { StartComparing(std::move(indices)); }
 
 void AppState::CompareAllLike(size_t anchor) {
   if (anchor >= images_.Count()) return;

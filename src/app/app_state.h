@@ -14,12 +14,15 @@
 #include "app/config_values.h"
 #include "app/image_registry.h"
 #include "app/user_feedback.h"
+#include "expr/ieval_list.h"
 #include "files/formats_file.h"
 #include "image/line_sink.h"
 
 namespace korvanel {
 
 class CConfiguration;
+class JobRunner;
+class WorkerPool;
 
 enum class CloseOption : uint32_t { Never = 0, Always = 1, NewCreatedImage = 2 };
 
@@ -64,6 +67,9 @@ class AppState {
   // the same file are checked against. Returns the index, or kNoIndex when full.
   size_t RegisterImage(std::unique_ptr<IImageContainer> image, std::string display_name,
                        std::string format_text, bool from_file);
+  // Puts `image` in place of the one at `index` (an operation's result),
+  // keeping its HK id; it then counts as created and unsaved.
+  bool ReplaceImage(size_t index, std::unique_ptr<IImageContainer> image, std::string format_text);
   void CloseImage(size_t index);
   void CloseAllImages();
   bool NewImageFromView();
@@ -81,6 +87,8 @@ class AppState {
   // Compares `indices` directly: images whose size differs from the first
   // are left out, and with fewer than two left no comparison starts.
   void CompareImages(const std::vector<size_t>& indices);
+  // Compares exactly `indices`, whatever their sizes (the diff checks them).
+  void ForceComparison(std::vector<size_t> indices);
   // Compares every image of the size of the image at `anchor`.
   void CompareAllLike(size_t anchor);
   bool CompareMode() const { return compare_mode_; }
@@ -140,6 +148,13 @@ class AppState {
   const std::string& FormatFilePath() const { return format_file_path_; }
   const std::string& IevalFilePath() const { return ieval_file_path_; }
 
+  // --- long operations -----------------------------------------------------
+  // The runner of the worker pool, made at first use with
+  // max_process_threads workers (none for -1: jobs run on this thread).
+  JobRunner& Jobs();
+  // The saved I-Eval list, read from IevalFilePath() at first use.
+  CIEvalList& SavedIEvals();
+
  private:
   void RebuildImagesMenu();
   bool OpenWithPrompt(const std::string& path);
@@ -184,6 +199,11 @@ class AppState {
   std::string work_path_;
   std::string format_file_path_;
   std::string ieval_file_path_;
+
+  bool force_thread_per_core_ = false;
+  std::unique_ptr<WorkerPool> pool_;
+  std::unique_ptr<JobRunner> jobs_;
+  std::unique_ptr<CIEvalList> saved_ievals_;
 
   std::vector<MenuEntry> images_menu_;
   char message_[kMessageBufferSize] = {};

@@ -3,8 +3,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "app/convert_command.h"
+#include "app/diff_command.h"
+#include "app/filter_command.h"
+#include "app/ieval_command.h"
 #include "app/save_commands.h"
 #include "files/formats_file.h"
+#include "image/text_util.h"
 
 namespace korvanel {
 
@@ -162,6 +167,95 @@ bool RunClose(AppState& app, const ParsedCommand& c) {
   return true;
 }
 
+// -e: the comparison group, or the focus image; an explicit reference
+// leaves any comparison for the rest of the run and works on that image.
+bool RunIEval(AppState& app, const ParsedCommand& c) {
+  std::vector<size_t> indices;
+  if (!c.images.empty()) {
+    const std::optional<size_t> index = ResolveImage(app, c);
+    if (!index) {
+      app.ReportBatchError("Can't apply I-Eval: invalid image index (%d)\n", ShownReference(c));
+      return false;
+    }
+    if (app.CompareMode()) app.LeaveCompareMode();
+    app.SetFocus(*index);
+    indices.push_back(*index);
+  } else if (app.CompareMode() && !app.ComparisonGroup().empty()) {
+    indices = app.ComparisonGroup();
+  } else if (app.FocusIndex() < app.Images().Count()) {
+    indices.push_back(app.FocusIndex());
+  } else {
+    app.ReportBatchError("Can't apply I-Eval: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  IEvalRequest request;
+  request.expression = c.ieval_expression;
+  if (!c.out_of_range.empty()) request.out_of_range = c.out_of_range;
+  request.output_override = c.output_override;
+  request.options.in_roi = c.in_roi;
+  request.options.channels =
+      c.channels == IEvalChannels::Single ? IEvalChannelMode::Single : IEvalChannelMode::Context;
+  request.options.yuv = c.channels == IEvalChannels::ContextYuv;
+  request.options.out_bits = c.output_bits;
+  if (RunIEvalCommand(app, request, indices)) return true;
+  app.SetBatchFailed(true);
+  return false;
+}
+
+bool RunDiff(AppState& app, const ParsedCommand& c) {
+  if (app.Images().Count() < 2) {
+    app.ReportBatchError("Can't diff: not enough open images\n");
+    return false;
+  }
+  // Without references: the two most recent images.
+  const int32_t first = c.images.size() == 2 ? c.images[0] : -2;
+  const int32_t second = c.images.size() == 2 ? c.images[1] : -1;
+  const std::optional<size_t> left = app.Images().ResolveHkReference(first);
+  const std::optional<size_t> right = app.Images().ResolveHkReference(second);
+  if (!left || !right) {
+    app.ReportBatchError("Can't diff: invalid image index (%d,%d)\n", first, second);
+    return false;
+  }
+  app.ForceComparison({*left, *right});
+  // The kind names of the command map onto the routine code bits directly.
+  const bool ok = DiffComparison(app, static_cast<uint32_t>(c.diff_kind), true);
+  app.LeaveCompareMode();
+  if (!ok) app.SetBatchFailed(true);
+  return ok;
+}
+
+bool RunFilter(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't filter: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  FilterCommand command;
+  command.expression = c.filter_expression;
+  command.negation = c.negation_expression;
+  command.all_components = c.all_components;
+  command.target = c.separate_components ? FilterTarget::SeparateComponents : FilterTarget::Image;
+  command.index = *index;
+  switch (RunFilterCommand(app, command, false)) {
+    case FilterOutcome::Applied: return true;
+    case FilterOutcome::BadExpression:
+      app.ReportBatchError("Can't filter: illegal expression (%s or %s)\n", c.filter_expression.c_str(),
+                           c.negation_expression.c_str());
+      return false;
+    case FilterOutcome::BadDepth:
+      app.ReportBatchError("Can't filter: illegal BPP (%d)\n",
+                           static_cast<int>(app.Images().At(*index).image->GetBitsPerComponent()));
+      return false;
+    case FilterOutcome::NoSlots:
+      app.ShowMessage("Filter colors error: not enough free image slots", "Filter colors error");
+      app.SetBatchFailed(true);
+      return false;
+    case FilterOutcome::Failed: break;
+  }
+  app.SetBatchFailed(true);
+  return false;
+}
+
 // --- saving ----------------------------------------------------------------------
 
 SaveOptions SaveOptionsOf(const ParsedCommand& c) {
@@ -206,18 +300,30 @@ bool RunSaving(AppState& app, const ParsedCommand& c) {
   return done;
 }
 
-// Operations whose engines are not in this build yet say so instead of
-// pretending to succeed.
-template <const char* Name>
-bool RunUnavailable(AppState& app, const ParsedCommand&) {
-  app.ReportBatchError("%s: not available yet\n", Name);
+bool RunConvert(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't create new converted image: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  ConvertCommand command;
+  command.index = *index;
+  command.target_text = c.format_expression;
+  command.use_default_transform = c.use_default_transform;
+  if (c.has_transform) command.user_transform = c.transform;
+  if (!c.resize.empty()) {
+    // "w;h" or "w;h;x;y": the size, then the offset.
+    const std::vector<std::string> parts = SplitKeepingEmpty(c.resize, ";");
+    command.resize = true;
+    command.size_text = parts[0] + ";" + parts[1];
+    if (parts.size() == 4) command.offset_text = parts[2] + "," + parts[3];
+    command.tiled = c.resize_tiled;
+  }
+  std::string error;
+  if (RunConvertCommand(app, command, false, error)) return true;
+  app.ReportBatchError("Convert error: %s\n", error.c_str());
   return false;
 }
-
-constexpr char kDiff[] = "Diff";
-constexpr char kFilter[] = "Filter colors";
-constexpr char kIEval[] = "I-Eval";
-constexpr char kConvert[] = "Convert";
 
 struct Handler {
   Switch code;
@@ -229,15 +335,15 @@ constexpr Handler kHandlers[] = {
     {Switch::FormatFile, &RunFormatFile},
     {Switch::ConfigFile, &RunConfigFile},
     {Switch::New, &RunNew},
-    {Switch::Diff, &RunUnavailable<kDiff>},
+    {Switch::Diff, &RunDiff},
     {Switch::Compare, &RunCompare},
-    {Switch::Filter, &RunUnavailable<kFilter>},
-    {Switch::IEval, &RunUnavailable<kIEval>},
+    {Switch::Filter, &RunFilter},
+    {Switch::IEval, &RunIEval},
     {Switch::Roi, &RunRoi},
     {Switch::Save, &RunSaving<kCantSave, &SaveAt>},
     {Switch::SaveStatistics, &RunSaving<kCantSaveStatistics, &SaveStatisticsOf>},
     {Switch::SavePng, &RunSaving<kCantExportPng, &ExportPngOf>},
-    {Switch::Convert, &RunUnavailable<kConvert>},
+    {Switch::Convert, &RunConvert},
     {Switch::Close, &RunClose},
 };
 

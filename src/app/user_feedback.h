@@ -65,6 +65,13 @@ class IUserFeedback {
     (void)checked;
   }
   virtual void HasImagesChanged(bool has_images) { (void)has_images; }
+  // Progress of a long operation, called on the progress thread every
+  // period: the operation's title and its percentage done. The console
+  // shows nothing; the viewer's progress window marshals it to its thread.
+  virtual void Progress(std::string_view title, uint32_t percent) {
+    (void)title;
+    (void)percent;
+  }
   virtual void RequestRepaint() {}
 };
 

@@ -135,6 +135,7 @@ struct Attempt {
   FileBytes& file;
   ILineSink& log;
   LoadedImage result;
+  IParallelRunner* runner = nullptr;
 };
 
 // Text matrices: the values become the sample buffer. A grey entry of
@@ -198,7 +199,7 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
   a.log.AddLine(StrFormat("Matched %s/%u [%s] --> Trying to load binary", "format", format.line,
                           format.expression.c_str()));
   std::unique_ptr<CImageConcreteBase> image =
-      LoadWithFormat(format, bytes->data(), bytes->size(), dims.width, dims.height, a.log);
+      LoadWithFormat(format, bytes->data(), bytes->size(), dims.width, dims.height, a.log, a.runner);
   if (!image) {
     a.log.AddLine(StrFormat("Failed to load as %s", KindName(format.color_kind)));
     return Step::NextFormat;
@@ -236,7 +237,8 @@ bool TryGroup(const FormatGroup& group, Attempt& a) {
 
 }  // namespace
 
-LoadedImage LoadNewImage(const std::string& path, const FormatRules& rules, ILineSink& log) {
+LoadedImage LoadNewImage(const std::string& path, const FormatRules& rules, ILineSink& log,
+                         IParallelRunner* runner) {
   log.BeginEntry("LoadNewImage");
   log.AddLine(StrFormat("Trying to load %s", path.c_str()));
   const PathParts parts = SplitPath(path);
@@ -256,7 +258,7 @@ LoadedImage LoadNewImage(const std::string& path, const FormatRules& rules, ILin
   }
 
   FileBytes file(path);
-  Attempt attempt{path, name, file, log, {}};
+  Attempt attempt{path, name, file, log, {}, runner};
   if (rules.direct.in_force && TryGroup(rules.direct.group, attempt)) return std::move(attempt.result);
   for (const FormatGroup& group : rules.groups) {
     if (TryGroup(group, attempt)) break;

@@ -19,6 +19,8 @@ struct LoadedImage {
 };
 
 // Null image when nothing loads it.
-LoadedImage LoadNewImage(const std::string& path, const FormatRules& rules, ILineSink& log);
+// With a `runner`, interleaved unpacking is spread over its threads.
+LoadedImage LoadNewImage(const std::string& path, const FormatRules& rules, ILineSink& log,
+                         IParallelRunner* runner = nullptr);
 
 }  // namespace korvanel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "image/format_expression.h"
 #include "image/image_gray.h"
 #include "image/output_buffer.h"
 #include "image/statistics.h"
@@ -272,7 +273,7 @@ void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
 std::vector<Plane> CImageConcreteBase::PrepareLoad(uint8_t* data, uint64_t byte_count,
                                                    uint64_t expected, int32_t bpp, uint32_t width,
                                                    uint32_t height, uint32_t count) {
-  const uint32_t bits = static_cast<uint32_t>(bpp < 0 ? -int64_t{bpp} : bpp);
+  const uint32_t bits = BppMagnitude(bpp);
   if (!IsSupportedBits(bits)) return {};
   const bool empty_request = data == nullptr && byte_count == 0;
   if (!empty_request && (data == nullptr || byte_count != expected)) return {};

@@ -6,6 +6,7 @@
 #include "image/display_rendition.h"
 #include "image/histogram_result.h"
 #include "image/image_container.h"
+#include "image/parallel_runner.h"
 #include "image/image_writer.h"
 #include "image/plane.h"
 
@@ -50,6 +51,8 @@ class CImageConcreteBase : public IImageContainer {
   bool RegionChanged() const { return region_changed_; }
   bool BigEndian() const { return big_endian_; }
   const Plane& GetPlane(uint32_t index) const { return planes_[index]; }
+  // For operations that fill a new image's planes in place.
+  Plane& MutablePlane(uint32_t index) { return planes_[index]; }
   uint32_t PlaneCount() const { return static_cast<uint32_t>(planes_.size()); }
   // One bit per pixel, pixel i at bit (i mod 32) of word i / 32; empty selects all.
   void SetSelectionMask(std::vector<uint32_t> mask) {
@@ -76,6 +79,9 @@ class CImageConcreteBase : public IImageContainer {
   // results of operations). False, with the image unchanged, when they differ
   // or their count does not suit the kind.
   bool AdoptPlanes(std::vector<Plane> planes);
+
+  // Threads the next Load may spread its unpacking over; null: none.
+  void SetParallelRunner(IParallelRunner* runner) { runner_ = runner; }
 
  protected:
   CImageConcreteBase() = default;
@@ -121,6 +127,7 @@ class CImageConcreteBase : public IImageContainer {
   std::vector<Plane> planes_;
   std::vector<Plane> filtered_planes_;
   std::string filter_label_;
+  IParallelRunner* runner_ = nullptr;
   std::unique_ptr<HistogramResult> histogram_cache_;
 };
 

@@ -30,12 +30,15 @@ constexpr YuvCandidate kYuvOrder[] = {
 // place, so a refused try leaves the bytes as the next try needs them.
 std::unique_ptr<CImageConcreteBase> LoadYuv(const FormatExpression& format, uint8_t* data,
                                             uint64_t byte_count, uint32_t width, uint32_t height,
-                                            ILineSink& log) {
+                                            ILineSink& log, IParallelRunner* runner) {
   for (const YuvCandidate& candidate : kYuvOrder) {
     std::unique_ptr<CImageYuv> image = candidate.create();
     if (!image->CheckLayout(format.layout)) continue;
     image->SetPacking(format.packing);
-    if (image->Load(data, byte_count, width, height, format.layout, format.bpp)) {
+    image->SetParallelRunner(runner);
+    const bool loaded = image->Load(data, byte_count, width, height, format.layout, format.bpp);
+    image->SetParallelRunner(nullptr);
+    if (loaded) {
       log.AddLine(candidate.matched);
       return image;
     }
@@ -56,15 +59,18 @@ std::unique_ptr<CImageConcreteBase> CreateImageOfKind(ColorKind kind) {
 
 std::unique_ptr<CImageConcreteBase> LoadWithFormat(const FormatExpression& format, uint8_t* data,
                                                    uint64_t byte_count, uint32_t width,
-                                                   uint32_t height, ILineSink& log) {
+                                                   uint32_t height, ILineSink& log,
+                                                   IParallelRunner* runner) {
   if (format.color_kind == ColorKind::Yuv) {
-    return LoadYuv(format, data, byte_count, width, height, log);
+    return LoadYuv(format, data, byte_count, width, height, log, runner);
   }
   std::unique_ptr<CImageConcreteBase> image = CreateImageOfKind(format.color_kind);
-  if (!image || !image->Load(data, byte_count, width, height, format.layout, format.bpp)) {
-    return nullptr;
-  }
-  return image;
+  if (!image) return nullptr;
+  // The runner serves this load only; the image keeps no pointer to it.
+  image->SetParallelRunner(runner);
+  const bool loaded = image->Load(data, byte_count, width, height, format.layout, format.bpp);
+  image->SetParallelRunner(nullptr);
+  return loaded ? std::move(image) : nullptr;
 }
 
 }  // namespace korvanel

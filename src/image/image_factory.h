@@ -6,6 +6,7 @@
 #include "image/format_expression.h"
 #include "image/image_concrete_base.h"
 #include "image/line_sink.h"
+#include "image/parallel_runner.h"
 
 namespace korvanel {
 
@@ -16,8 +17,10 @@ std::unique_ptr<CImageConcreteBase> CreateImageOfKind(ColorKind kind);
 // 4:2:2, 4:2:0 and the general class in that order and logs the one that
 // matched. `data` may be byte-swapped in place (big-endian depths). Null when
 // no class takes the bytes.
+// With a `runner`, interleaved unpacking is spread over its threads.
 std::unique_ptr<CImageConcreteBase> LoadWithFormat(const FormatExpression& format, uint8_t* data,
                                                    uint64_t byte_count, uint32_t width,
-                                                   uint32_t height, ILineSink& log);
+                                                   uint32_t height, ILineSink& log,
+                                                   IParallelRunner* runner = nullptr);
 
 }  // namespace korvanel

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "image/display_conversion.h"
+#include "image/format_expression.h"
 #include "image/format_label.h"
 #include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
@@ -43,7 +44,7 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
   uint32_t order[3];
   if (!ParseLetterOrder(CompactLayout(layout), order)) return false;
 
-  const uint32_t bytes = (std::abs(bpp) + 7) / 8;
+  const uint32_t bytes = BppBytes(bpp);
   const uint64_t expected = PlanarFrameBytes(width, height, bytes, 3);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
   if (planes.empty()) return false;
@@ -58,7 +59,7 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
       // A pixel is a group of three positions, one per component.
       Plane* targets[3] = {&planes[0], &planes[1], &planes[2]};
       const InterleavePlan plan(CompactLayout(layout), "RGB", {1, 1, 1}, bytes * 8);
-      plan.RunAll(data, byte_count, targets);
+      plan.RunOn(runner_, data, byte_count, targets);
     }
   }
   FinishLoad(std::move(planes), byte_count, bpp);

@@ -104,7 +104,7 @@ bool CImageYuv::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
       break;
   }
 
-  const uint32_t bytes = (std::abs(bpp) + 7) / 8;
+  const uint32_t bytes = BppBytes(bpp);
   const uint64_t expected = YuvFrameBytes(counts_, width, height, bytes);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
   if (planes.empty()) return false;
@@ -124,7 +124,7 @@ void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
   switch (packing_) {
     case Packing::Interleave: {
       const InterleavePlan plan(compact, "YUV", {counts_.y, counts_.u, counts_.v}, planes[0].bits());
-      plan.RunAll(data, byte_count, targets);
+      plan.RunOn(runner_, data, byte_count, targets);
       break;
     }
     case Packing::Planar: {

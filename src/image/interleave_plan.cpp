@@ -65,6 +65,23 @@ void InterleavePlan::RunAll(const uint8_t* src, uint64_t byte_count, Plane* cons
   RunGroups(0, GroupCount(PixelCount(*planes[0])), src, byte_count, planes);
 }
 
+void InterleavePlan::RunOn(IParallelRunner* runner, const uint8_t* src, uint64_t byte_count,
+                           Plane* const planes[3]) const {
+  // Below this a band costs more to hand over than to unpack.
+  constexpr uint64_t kMinGroupsPerBand = 64 * 1024;
+  const uint64_t groups = GroupCount(PixelCount(*planes[0]));
+  const uint64_t useful = groups / kMinGroupsPerBand;
+  const uint32_t bands =
+      runner == nullptr ? 1 : static_cast<uint32_t>(std::min<uint64_t>(runner->BandCount(), useful));
+  if (bands <= 1) {
+    RunAll(src, byte_count, planes);
+    return;
+  }
+  RunBandsOn(runner, bands, [&](uint32_t band) {
+    RunGroups(groups * band / bands, groups * (band + 1) / bands, src, byte_count, planes);
+  });
+}
+
 void InterleavePlan::RunGroups(uint64_t group_begin, uint64_t group_end, const uint8_t* src,
                                uint64_t byte_count, Plane* const planes[3]) const {
   uint64_t done = group_begin;

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "image/parallel_runner.h"
 #include "image/plane.h"
 
 namespace korvanel {
@@ -36,6 +37,11 @@ class InterleavePlan {
                  Plane* const planes[3]) const;
   // Every group in order, on the calling thread.
   void RunAll(const uint8_t* src, uint64_t byte_count, Plane* const planes[3]) const;
+  // Every group, in bands of groups spread over `runner` (null: RunAll).
+  // Bands, not layout positions: the positions of a group write into the
+  // same cache lines, the groups of different bands only at band edges.
+  void RunOn(IParallelRunner* runner, const uint8_t* src, uint64_t byte_count,
+             Plane* const planes[3]) const;
 
   // Whether whole runs of groups go through the byte-shuffle kernel.
   bool UsesShuffleKernel() const { return shuffle_groups_ > 0; }

@@ -128,10 +128,57 @@ TEST_F(BatchMode, BatchFilesReadLinesAsOneArgumentList) {
       << ok.output;
 }
 
-TEST_F(BatchMode, OperationsNotInThisBuildFailClearly) {
-  const ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "type2"});
+TEST_F(BatchMode, DiffTakesTheLatestTwoOrTheNamedPair) {
+  ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "type2", "-q"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("Diff: Created difference image Diff_a_4x2.y8 <--> b_4x2.y8 ("), std::string::npos)
+      << run.output;
+  run = Run({"a_4x2.y8", "c_2x2.y8", "-d"});
   EXPECT_EQ(run.status, 255);
-  EXPECT_NE(run.output.find("Diff: not available yet\n"), std::string::npos);
+  EXPECT_NE(run.output.find("[Diff images error]: Diff error: left and right images are of different size\n"),
+            std::string::npos)
+      << run.output;
+  run = Run({"a_4x2.y8", "-d"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't diff: not enough open images\n");
+  run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "1,5"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nLoading image b_4x2.y8...\nCan't diff: invalid image index (1,5)\n");
+}
+
+TEST_F(BatchMode, FilterReportsItsOwnFailures) {
+  ProgramRun run = Run({"a_4x2.y8", "-flt", "fexpr", "65-70", "nexpr", "0", "sep_comp"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("Filter: Applied in "), std::string::npos) << run.output;
+  run = Run({"a_4x2.y8", "-flt", "fexpr", "1;2"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't filter: illegal expression (1;2 or )\n");
+  run = Run({"a_4x2.y8", "-flt", "3", "fexpr", "*"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't filter: invalid image index (3)\n");
+  dir.Write("deep.bin", std::string(4, 'z'));
+  run = Run({"deep.bin", "-dims", "1x1", "-fmt", "P,Y,32", "-flt", "fexpr", "*"});
+  EXPECT_EQ(run.output, "Loading image deep.bin...\nCan't filter: illegal BPP (32)\n");
+}
+
+TEST_F(BatchMode, ConvertCreatesAndSavesTheNewFormat) {
+  ProgramRun run = Run({"a_4x2.y8", "-cnv", "fmt", "i,rgb,8", "resize", "w*2;h;-1,0", "-s", "name", "out.rgb", "-q"});
+  EXPECT_EQ(run.status, 255) << "an offset written with ',' is one tuple short";
+  EXPECT_EQ(run.output, "Command line parser error: -cnv resize expects 2 or 4 value tuples.\n");
+  run = Run({"a_4x2.y8", "-cnv", "fmt", "i,rgb,8", "resize", "w*2;h;4;0", "resize_tiled", "-s", "name",
+             "out.rgb", "-q"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("Converted new image ("), std::string::npos) << run.output;
+  EXPECT_NE(run.output.find("): Created Converted_Copy_a_4x2.y8 (HK id 2)"), std::string::npos) << run.output;
+  // 8 x 2 RGB, the grey source tiled from x = 4: R = G = B = the grey value.
+  const std::string rgb = test::ReadWholeFile(dir / "out.rgb");
+  ASSERT_EQ(rgb.size(), 8u * 2 * 3);
+  EXPECT_EQ(rgb.substr(0, 6), "AAABBB");
+  EXPECT_EQ(rgb.substr(12 * 3 - 6, 6), "GGGHHH");
+
+  run = Run({"a_4x2.y8", "-cnv", "fmt", "Q,Y,8"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nConvert error: Illegal format 'Q,Y,8'\n");
+  run = Run({"a_4x2.y8", "-cnv", "fmt", "P,Y,8", "resize", "w-w;h"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nConvert error: 0x2 isn't legal new size\n");
+  run = Run({"a_4x2.y8", "-cnv", "4", "fmt", "P,Y,8"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't create new converted image: invalid image index (4)\n");
 }
 
 TEST_F(BatchMode, FormatsAndConfigurationFilesCanBeSwapped) {

@@ -1,0 +1,67 @@
+#pragma once
+
+// Hands the jobs of one operation to the pool and reports progress. Without
+// a pool (max_process_threads -1) the jobs run one after the other on the
+// calling thread, without progress and without cancel.
+//
+// Calling order: build the jobs (JobSlots() of them for a parallel
+// operation, one for a single-job operation), SplitRegion over the worked
+// region, SetJobs, RunJobs; then read Aborted() and ElapsedMs().
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "ops/image_processor_thread.h"
+#include "ops/progress_sink.h"
+#include "ops/sync_event.h"
+#include "ops/worker_pool.h"
+
+namespace korvanel {
+
+class JobRunner {
+ public:
+  static constexpr uint32_t kDefaultPeriodMs = 250;
+
+  explicit JobRunner(WorkerPool* pool) : pool_(pool) {}
+  JobRunner(const JobRunner&) = delete;
+  JobRunner& operator=(const JobRunner&) = delete;
+
+  // How many jobs a parallel operation should build.
+  uint32_t JobSlots() const { return pool_ != nullptr ? pool_->UsableWorkers() : 1; }
+  WorkerPool* Pool() { return pool_; }
+
+  // The jobs stay owned by the caller and keep their order.
+  void SetJobs(std::vector<IImageProcessorThread*> jobs) { jobs_ = std::move(jobs); }
+  // `sink` null: no progress thread.
+  void SetProgressSink(IProgressSink* sink, uint32_t period_ms = kDefaultPeriodMs) {
+    sink_ = sink;
+    period_ms_ = period_ms;
+  }
+
+  // Runs every job and returns when all have finished; true unless aborted.
+  // Jobs beyond the free workers are told a null cancel flag and do not run.
+  bool RunJobs();
+  void Cancel();
+  bool Aborted() const { return aborted_; }
+  uint64_t ElapsedMs() const { return elapsed_ms_; }
+  // The progress sum the progress thread reported last (0 when it never ran).
+  uint64_t LastProgressSum() const { return last_sum_.load(std::memory_order_acquire); }
+
+ private:
+  bool RunWithoutPool();
+  void ProgressLoop();
+
+  WorkerPool* pool_;
+  std::vector<IImageProcessorThread*> jobs_;
+  IProgressSink* sink_ = nullptr;
+  uint32_t period_ms_ = kDefaultPeriodMs;
+  // "IpmTimerEvent": ends the progress thread; created on first use.
+  std::unique_ptr<CEvent> progress_event_;
+  std::atomic<uint64_t> last_sum_{0};
+  bool aborted_ = false;
+  uint64_t elapsed_ms_ = 0;
+};
+
+}  // namespace korvanel

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+
+namespace korvanel {
+
+// Receives the progress of a running operation. Called on the progress
+// thread, every period, with the milliseconds since the run started and the
+// summed progress counters of its jobs (pixels done).
+class IProgressSink {
+ public:
+  virtual ~IProgressSink() = default;
+  virtual void OnProgress(uint64_t elapsed_ms, uint64_t progress_sum) = 0;
+};
+
+}  // namespace korvanel
