@@ -22,7 +22,7 @@ bool AllocatePixels(uint32_t width, uint32_t height, DisplayRendition& out) {
   const std::optional<uint64_t> bytes = Plane::ByteCount(32, width, height);
   if (!bytes) return false;
   try {
-    out.pixels.assign(static_cast<size_t>(*bytes / 4), 0);
+    out.pixels.resize(static_cast<size_t>(*bytes / 4));
   } catch (const std::bad_alloc&) {
     out.pixels.clear();
     return false;
@@ -112,23 +112,46 @@ CYuvToRgbRows::CYuvToRgbRows(const ColorTransform& transform) {
   }
 }
 
+namespace {
+
+// One output channel's inputs for a row, read into locals before the loop:
+// the stores to the output may alias anything the compiler cannot see
+// through, so nothing is re-read per pixel.
+struct ChannelRow {
+  const uint8_t* table;  // paired: 65,536 bytes
+  const uint8_t* p;
+  const uint8_t* q;
+  const double* t0;  // unpaired: products of Y, U and V
+  const double* t1;
+  const double* t2;
+};
+
+template <bool Paired>
+inline uint32_t ChannelValue(const ChannelRow& c, const uint8_t* y, const uint8_t* u,
+                             const uint8_t* v, size_t x) {
+  if constexpr (Paired) {
+    return c.table[c.p[x] << 8 | c.q[x]];
+  } else {
+    return TruncateAndClamp(c.t0[y[x]] + c.t1[u[x]] + c.t2[v[x]] + 0.5);
+  }
+}
+
+}  // namespace
+
 template <bool PairedR, bool PairedG, bool PairedB>
 void CYuvToRgbRows::ConvertRowAs(const uint8_t* y, const uint8_t* u, const uint8_t* v,
                                  uint32_t* out, size_t count) const {
   const uint8_t* const inputs[3] = {y, u, v};
-  const auto channel = [&]<bool Paired>(int i, size_t x) -> uint32_t {
-    if constexpr (Paired) {
-      const Channel& c = channels_[i];
-      return c.pair_table[inputs[c.first][x] << 8 | inputs[c.second][x]];
-    } else {
-      const auto& t = product_[i];
-      return TruncateAndClamp(t[0][y[x]] + t[1][u[x]] + t[2][v[x]] + 0.5);
-    }
-  };
+  ChannelRow rows[3];
+  for (int i = 0; i < 3; ++i) {
+    const Channel& c = channels_[i];
+    rows[i] = {c.pair_table.data(), inputs[c.first], inputs[c.second],
+               product_[i][0],      product_[i][1],  product_[i][2]};
+  }
+  const ChannelRow r = rows[0], g = rows[1], b = rows[2];
   for (size_t x = 0; x < count; ++x) {
-    out[x] = channel.template operator()<PairedR>(0, x) |
-             channel.template operator()<PairedG>(1, x) << 8 |
-             channel.template operator()<PairedB>(2, x) << 16;
+    out[x] = ChannelValue<PairedR>(r, y, u, v, x) | ChannelValue<PairedG>(g, y, u, v, x) << 8 |
+             ChannelValue<PairedB>(b, y, u, v, x) << 16;
   }
 }
 

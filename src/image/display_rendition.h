@@ -1,9 +1,35 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <new>
+#include <utility>
 #include <vector>
 
 namespace korvanel {
+
+// Leaves elements uninitialised when a vector grows without a value: the
+// rendition is written whole right after it is sized, so zeroing it first
+// would only cost a pass over memory.
+template <typename T>
+struct NoFillAllocator : std::allocator<T> {
+  using value_type = T;
+  template <typename U>
+  struct rebind {
+    using other = NoFillAllocator<U>;
+  };
+  NoFillAllocator() = default;
+  template <typename U>
+  NoFillAllocator(const NoFillAllocator<U>&) noexcept {}
+  template <typename U>
+  void construct(U* p) noexcept {
+    ::new (static_cast<void*>(p)) U;
+  }
+  template <typename U, typename... Args>
+  void construct(U* p, Args&&... args) {
+    ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...);
+  }
+};
 
 // What the screen shows of an image: one 32-bit pixel per image pixel with
 // red in byte 0, green in byte 1, blue in byte 2 and byte 3 zero, for every
@@ -12,7 +38,7 @@ namespace korvanel {
 struct DisplayRendition {
   uint32_t width = 0;
   uint32_t height = 0;
-  std::vector<uint32_t> pixels;
+  std::vector<uint32_t, NoFillAllocator<uint32_t>> pixels;
 };
 
 constexpr uint32_t PackDisplayPixel(uint8_t r, uint8_t g, uint8_t b) {

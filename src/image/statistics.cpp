@@ -174,9 +174,11 @@ ComponentStatistics ComputeStatistics(const Plane& plane, const Rect& area,
     stats.weighted_dist = distances / total;
   }
   stats.median = QuantileValue(stats.bins, stats.total, 0.5);
+  // Values are distinct, so ordering equal counts by value is a total order.
   stats.by_count = stats.bins;
-  std::stable_sort(stats.by_count.begin(), stats.by_count.end(),
-                   [](const StatisticsBin& a, const StatisticsBin& b) { return a.count > b.count; });
+  std::sort(stats.by_count.begin(), stats.by_count.end(), [](const StatisticsBin& a, const StatisticsBin& b) {
+    return a.count != b.count ? a.count > b.count : a.value < b.value;
+  });
   return stats;
 }
 
@@ -212,8 +214,9 @@ void AppendStatisticsText(std::string& out, const ComponentStatistics& s) {
   const std::string mode_max = LineFormat("  Mode Max %%u = %s (%%u)\n", s.bits);
   const std::string mode_min = LineFormat("  Mode Min %%u = %s (%%u)\n", s.bits);
   std::vector<StatisticsBin> rarest = s.bins;
-  std::stable_sort(rarest.begin(), rarest.end(),
-                   [](const StatisticsBin& a, const StatisticsBin& b) { return a.count < b.count; });
+  std::sort(rarest.begin(), rarest.end(), [](const StatisticsBin& a, const StatisticsBin& b) {
+    return a.count != b.count ? a.count < b.count : a.value < b.value;
+  });
   for (unsigned rank = 1; rank <= 2; ++rank) {
     const StatisticsBin bin = Ranked(s.by_count, rank);
     AppendFormatted(out, mode_max, rank, bin.value, static_cast<unsigned>(bin.count));
