@@ -12,16 +12,9 @@ namespace korvanel {
 namespace {
 
 using test::MakeImage;
-using test::MakePlane;
 
-std::unique_ptr<CImageGray> Gray(uint32_t bits, uint32_t w, uint32_t h,
-                                 const std::function<uint32_t(uint32_t, uint32_t)>& value) {
-  auto image = std::make_unique<CImageGray>();
-  std::vector<Plane> planes;
-  planes.push_back(MakePlane(bits, w, h, value));
-  image->AdoptPlanes(std::move(planes));
-  return image;
-}
+constexpr auto Gray = test::MakeGrayImage;
+constexpr auto Samples = test::PlaneSamples;
 
 struct StageResult {
   bool ok = false;
@@ -66,14 +59,6 @@ StageResult RunStage(std::string_view stage, std::vector<const CImageConcreteBas
                                out.channels, nullptr);
   }
   out.errors = eval.Errors();
-  return out;
-}
-
-std::vector<uint32_t> Samples(const Plane& plane) {
-  std::vector<uint32_t> out;
-  for (uint32_t y = 0; y < plane.height(); ++y) {
-    for (uint32_t x = 0; x < plane.width(); ++x) out.push_back(plane.SampleAt(x, y));
-  }
   return out;
 }
 
