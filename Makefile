@@ -2,7 +2,7 @@
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
-TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|Unpack
+TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|IEval|Unpack
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 

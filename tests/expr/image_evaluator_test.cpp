@@ -202,6 +202,7 @@ TEST(ImageEvaluatorTest, PreparationFailuresSayWhatAndWhere) {
       {"i[x,y+*2]", IEvalChannelMode::Context,
        "Can't parse y+*2 at pos 4\nIllegal operator: Illegal operand '+*'\n"},
       {"i7", IEvalChannelMode::Context, "Can't parse i7 at pos 0\nUnknown variable: i7\n"},
+      {"x + i[x,]", IEvalChannelMode::Context, "Can't parse  at pos 8\nMath error: Empty token\n"},
   };
   for (const Case& c : cases) {
     IEvalOptions options;
