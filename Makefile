@@ -1,12 +1,14 @@
 # Thin wrapper over CMake: every target bootstraps, configures and builds what it needs.
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
 TSAN_BUILD ?= build-tsan
 TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|IEval|Unpack
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 
-.PHONY: all bootstrap build run test bench sanitize tsan clean
+.PHONY: all bootstrap build run test bench sanitize tsan fuzz clean
 
 all: build
 
@@ -35,6 +37,13 @@ sanitize: bootstrap
 	cmake --build $(ASAN_BUILD)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j2
 
+# Every libFuzzer target for FUZZ_SECONDS each over its seed corpus; fails on
+# the first finding.
+fuzz: bootstrap
+	CXX=clang++ $(CMAKE_GEN) -S . -B $(FUZZ_BUILD) -DKORVANEL_FUZZ=ON -DKORVANEL_TESTS=OFF -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(FUZZ_BUILD)
+	scripts/run_fuzzers $(FUZZ_BUILD)/fuzz $(FUZZ_SECONDS)
+
 # The threaded parts (pool, jobs, I-Eval runs) under ThreadSanitizer.
 tsan: bootstrap
 	$(CMAKE_GEN) -S . -B $(TSAN_BUILD) -DKORVANEL_TSAN=ON -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
@@ -42,4 +51,4 @@ tsan: bootstrap
 	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j2 -R '$(TSAN_TESTS)'
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

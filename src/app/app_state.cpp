@@ -74,6 +74,7 @@ void AppState::ApplyConfiguration(const ConfigValues& values) {
   close_option_ = static_cast<CloseOption>(values.system.app_close_prompt);
   max_process_threads_ = values.system.max_process_threads;
   auto_file_naming_ = values.system.auto_file_naming;
+  save_text_hex_c_array_ = values.developer.save_image_text_hex_c_array;
   work_path_ = values.system.work_path;
   format_file_path_ = values.system.format_file_path;
   ieval_file_path_ = values.system.ieval_file_path;
@@ -435,6 +436,8 @@ void AppState::CompareImages(const std::vector<size_t>& indices) {
   }
   StartComparing(std::move(group));
 }
+
+void AppState::ForceComparison(std::vector<size_t> indices) { StartComparing(std::move(indices)); }
 
 void AppState::CompareAllLike(size_t anchor) {
   if (anchor >= images_.Count()) return;

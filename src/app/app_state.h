@@ -87,6 +87,8 @@ class AppState {
   // Compares `indices` directly: images whose size differs from the first
   // are left out, and with fewer than two left no comparison starts.
   void CompareImages(const std::vector<size_t>& indices);
+  // Compares exactly `indices`, whatever their sizes (the diff checks them).
+  void ForceComparison(std::vector<size_t> indices);
   // Compares every image of the size of the image at `anchor`.
   void CompareAllLike(size_t anchor);
   bool CompareMode() const { return compare_mode_; }
@@ -135,6 +137,9 @@ class AppState {
   void SetDiffType(DiffType type) { diff_type_ = type; }
   bool AutoFileNaming() const { return auto_file_naming_; }
   void SetAutoFileNaming(bool on) { auto_file_naming_ = on; }
+  // Hexa-text saves write C arrays instead of a hex-viewer dump.
+  bool SaveTextHexCArray() const { return save_text_hex_c_array_; }
+  void SetSaveTextHexCArray(bool on) { save_text_hex_c_array_ = on; }
   // 0: every logical processor, -1: no worker threads.
   int32_t MaxProcessThreads() const { return max_process_threads_; }
   // The start zoom; 0 fits the image to the window.
@@ -188,6 +193,7 @@ class AppState {
   CConfiguration* config_ = nullptr;  // null: no logs
   DiffType diff_type_ = DiffType::kAllBin;
   bool auto_file_naming_ = true;
+  bool save_text_hex_c_array_ = false;
   int32_t max_process_threads_ = 0;
   double default_zoom_ = 1.0;
   std::string work_path_;

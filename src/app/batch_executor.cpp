@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <optional>
 
+#include "app/diff_command.h"
+#include "app/filter_command.h"
 #include "app/ieval_command.h"
+#include "app/save_commands.h"
 #include "files/formats_file.h"
 
 namespace korvanel {
@@ -197,6 +200,104 @@ bool RunIEval(AppState& app, const ParsedCommand& c) {
   return false;
 }
 
+bool RunDiff(AppState& app, const ParsedCommand& c) {
+  if (app.Images().Count() < 2) {
+    app.ReportBatchError("Can't diff: not enough open images\n");
+    return false;
+  }
+  // Without references: the two most recent images.
+  const int32_t first = c.images.size() == 2 ? c.images[0] : -2;
+  const int32_t second = c.images.size() == 2 ? c.images[1] : -1;
+  const std::optional<size_t> left = app.Images().ResolveHkReference(first);
+  const std::optional<size_t> right = app.Images().ResolveHkReference(second);
+  if (!left || !right) {
+    app.ReportBatchError("Can't diff: invalid image index (%d,%d)\n", first, second);
+    return false;
+  }
+  app.ForceComparison({*left, *right});
+  // The kind names of the command map onto the routine code bits directly.
+  const bool ok = DiffComparison(app, static_cast<uint32_t>(c.diff_kind), true);
+  app.LeaveCompareMode();
+  if (!ok) app.SetBatchFailed(true);
+  return ok;
+}
+
+bool RunFilter(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't filter: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  FilterCommand command;
+  command.expression = c.filter_expression;
+  command.negation = c.negation_expression;
+  command.all_components = c.all_components;
+  command.target = c.separate_components ? FilterTarget::SeparateComponents : FilterTarget::Image;
+  command.index = *index;
+  switch (RunFilterCommand(app, command, false)) {
+    case FilterOutcome::Applied: return true;
+    case FilterOutcome::BadExpression:
+      app.ReportBatchError("Can't filter: illegal expression (%s or %s)\n", c.filter_expression.c_str(),
+                           c.negation_expression.c_str());
+      return false;
+    case FilterOutcome::BadDepth:
+      app.ReportBatchError("Can't filter: illegal BPP (%d)\n",
+                           static_cast<int>(app.Images().At(*index).image->GetBitsPerComponent()));
+      return false;
+    case FilterOutcome::NoSlots:
+      app.ShowMessage("Filter colors error: not enough free image slots", "Filter colors error");
+      app.SetBatchFailed(true);
+      return false;
+    case FilterOutcome::Failed: break;
+  }
+  app.SetBatchFailed(true);
+  return false;
+}
+
+// --- saving ----------------------------------------------------------------------
+
+SaveOptions SaveOptionsOf(const ParsedCommand& c) {
+  return {c.path, c.overwrite};
+}
+
+// Text or hex text, the packing, the byte order; binary in the image's own
+// packing, little-endian, by default.
+SaveKind SaveKindOf(const ParsedCommand& c) {
+  SaveKind kind;
+  kind.format = c.text ? SaveFormat::Text : c.hex_text ? SaveFormat::HexText : SaveFormat::Binary;
+  kind.packing = c.planar ? SavePacking::Planar : c.interleave ? SavePacking::Interleave : SavePacking::Original;
+  kind.big_endian = c.big_endian;
+  return kind;
+}
+
+bool SaveAt(AppState& app, size_t index, const ParsedCommand& c) {
+  return SaveImagesAt(app, {index}, SaveKindOf(c), SaveOptionsOf(c));
+}
+bool SaveStatisticsOf(AppState& app, size_t index, const ParsedCommand& c) {
+  return SaveStatisticsAt(app, index, SaveOptionsOf(c));
+}
+bool ExportPngOf(AppState& app, size_t index, const ParsedCommand& c) {
+  return ExportPngAt(app, index, SaveOptionsOf(c));
+}
+
+constexpr char kCantSave[] = "Can't save image: invalid image index (%d)\n";
+constexpr char kCantSaveStatistics[] = "Can't save image statistics: invalid image index (%d)\n";
+constexpr char kCantExportPng[] = "Can't export image to PNG: invalid image index (%d)\n";
+
+// -s, -sst and -spng: one image by reference. A save that did not happen has
+// shown its own message; the run fails.
+template <const char* InvalidIndex, bool (*Operation)(AppState&, size_t, const ParsedCommand&)>
+bool RunSaving(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError(InvalidIndex, ShownReference(c));
+    return false;
+  }
+  const bool done = Operation(app, *index, c);
+  if (!done) app.SetBatchFailed(true);
+  return done;
+}
+
 // Operations whose engines are not in this build yet say so instead of
 // pretending to succeed.
 template <const char* Name>
@@ -205,11 +306,6 @@ bool RunUnavailable(AppState& app, const ParsedCommand&) {
   return false;
 }
 
-constexpr char kDiff[] = "Diff";
-constexpr char kFilter[] = "Filter colors";
-constexpr char kSave[] = "Save image";
-constexpr char kSaveStatistics[] = "Save statistics";
-constexpr char kSavePng[] = "Export PNG";
 constexpr char kConvert[] = "Convert";
 
 struct Handler {
@@ -222,14 +318,14 @@ constexpr Handler kHandlers[] = {
     {Switch::FormatFile, &RunFormatFile},
     {Switch::ConfigFile, &RunConfigFile},
     {Switch::New, &RunNew},
-    {Switch::Diff, &RunUnavailable<kDiff>},
+    {Switch::Diff, &RunDiff},
     {Switch::Compare, &RunCompare},
-    {Switch::Filter, &RunUnavailable<kFilter>},
+    {Switch::Filter, &RunFilter},
     {Switch::IEval, &RunIEval},
     {Switch::Roi, &RunRoi},
-    {Switch::Save, &RunUnavailable<kSave>},
-    {Switch::SaveStatistics, &RunUnavailable<kSaveStatistics>},
-    {Switch::SavePng, &RunUnavailable<kSavePng>},
+    {Switch::Save, &RunSaving<kCantSave, &SaveAt>},
+    {Switch::SaveStatistics, &RunSaving<kCantSaveStatistics, &SaveStatisticsOf>},
+    {Switch::SavePng, &RunSaving<kCantExportPng, &ExportPngOf>},
     {Switch::Convert, &RunUnavailable<kConvert>},
     {Switch::Close, &RunClose},
 };

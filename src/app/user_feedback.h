@@ -50,6 +50,14 @@ class IUserFeedback {
     return false;
   }
 
+  // A save-file dialog (filter "All Files (*.*)") starting at `suggested`;
+  // false when the user cancels, and always without a window.
+  virtual bool AskSaveFileName(std::string_view suggested, std::string& path) {
+    (void)suggested;
+    (void)path;
+    return false;
+  }
+
   // View notifications; the console has no view and ignores them.
   virtual void ImagesMenuChanged(const std::vector<MenuEntry>& entries,
                                  std::optional<size_t> checked) {

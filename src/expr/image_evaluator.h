@@ -31,6 +31,7 @@
 #include "expr/ieval_options.h"
 #include "expr/ieval_text.h"
 #include "image/image_concrete_base.h"
+#include "image/row_observer.h"
 #include "image/plane.h"
 #include "image/region.h"
 
@@ -54,12 +55,6 @@ IEvalImage IEvalImageOf(const CImageConcreteBase& image);
 // Inputs over `images` (image 1 first), with image 1's size and region.
 IEvalInputs MakeIEvalInputs(const std::vector<const CImageConcreteBase*>& images);
 
-// Told after each row of a band; false stops the band (cancel).
-class IRowObserver {
- public:
-  virtual ~IRowObserver() = default;
-  virtual bool RowDone(uint32_t pixels) = 0;
-};
 
 class CImageEvaluator final : public CExpressionEvaluator::IVarResolver {
  public:

@@ -40,9 +40,15 @@ void Append(std::vector<uint8_t>& out, uint32_t value, uint32_t bits) {
 std::optional<std::vector<uint8_t>> ReadAsciiSamples(const std::string& path, uint64_t skip,
                                                      uint32_t bits, uint32_t& width,
                                                      uint32_t& height, ILineSink& log) {
-  if (!IsSupportedBits(bits)) return std::nullopt;
   std::ifstream file(path);
   if (!file) return std::nullopt;
+  return ParseAsciiSamples(file, skip, bits, width, height, log);
+}
+
+std::optional<std::vector<uint8_t>> ParseAsciiSamples(std::istream& file, uint64_t skip,
+                                                      uint32_t bits, uint32_t& width,
+                                                      uint32_t& height, ILineSink& log) {
+  if (!IsSupportedBits(bits)) return std::nullopt;
 
   std::vector<uint8_t> out;
   size_t columns = 0;

@@ -6,6 +6,7 @@
 // unchanged.
 
 #include <cstdint>
+#include <istream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,5 +22,9 @@ namespace korvanel {
 std::optional<std::vector<uint8_t>> ReadAsciiSamples(const std::string& path, uint64_t skip,
                                                      uint32_t bits, uint32_t& width,
                                                      uint32_t& height, ILineSink& log);
+// The same over text already open.
+std::optional<std::vector<uint8_t>> ParseAsciiSamples(std::istream& text, uint64_t skip,
+                                                      uint32_t bits, uint32_t& width,
+                                                      uint32_t& height, ILineSink& log);
 
 }  // namespace korvanel

@@ -5,11 +5,21 @@
 
 namespace korvanel {
 
-// What the screen shows of an image: one 0x00RRGGBB word per pixel.
+// What the screen shows of an image: one 32-bit pixel per image pixel with
+// red in byte 0, green in byte 1, blue in byte 2 and byte 3 zero, for every
+// image class. As a little-endian word that is 0x00BBGGRR; the bytes in
+// memory read R, G, B, 0, which a painter takes as RGBX without a copy.
 struct DisplayRendition {
   uint32_t width = 0;
   uint32_t height = 0;
   std::vector<uint32_t> pixels;
 };
+
+constexpr uint32_t PackDisplayPixel(uint8_t r, uint8_t g, uint8_t b) {
+  return uint32_t{r} | uint32_t{g} << 8 | uint32_t{b} << 16;
+}
+constexpr uint8_t DisplayRed(uint32_t pixel) { return static_cast<uint8_t>(pixel); }
+constexpr uint8_t DisplayGreen(uint32_t pixel) { return static_cast<uint8_t>(pixel >> 8); }
+constexpr uint8_t DisplayBlue(uint32_t pixel) { return static_cast<uint8_t>(pixel >> 16); }
 
 }  // namespace korvanel

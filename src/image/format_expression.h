@@ -15,6 +15,12 @@ enum class Packing : uint32_t { Interleave = 0, Planar = 1, PlanarInterleave = 2
 
 inline constexpr int32_t kOffsetNotGiven = 0x7FFFFFFF;
 
+// |bpp| without overflow for the most negative value a text can give.
+inline constexpr uint32_t BppMagnitude(int32_t bpp) {
+  return static_cast<uint32_t>(bpp < 0 ? -int64_t{bpp} : int64_t{bpp});
+}
+inline constexpr uint32_t BppBytes(int32_t bpp) { return (BppMagnitude(bpp) + 7) / 8; }
+
 struct FormatExpression {
   std::string regex = ".*";
   ColorKind color_kind = ColorKind::Gray;
@@ -30,8 +36,8 @@ struct FormatExpression {
   uint32_t line = 0;
 
   bool HasOffset() const { return offset != kOffsetNotGiven; }
-  uint32_t BytesPerComponent() const { return (static_cast<uint32_t>(bpp < 0 ? -bpp : bpp) + 7) / 8; }
-  uint32_t BitsPerComponent() const { return static_cast<uint32_t>(bpp < 0 ? -bpp : bpp); }
+  uint32_t BytesPerComponent() const { return BppBytes(bpp); }
+  uint32_t BitsPerComponent() const { return BppMagnitude(bpp); }
   bool BigEndian() const { return bpp < 0; }
 
   friend bool operator==(const FormatExpression&, const FormatExpression&) = default;

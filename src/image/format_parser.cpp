@@ -149,7 +149,7 @@ bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, 
   format.layout = layout->text;
 
   format.bpp = ParseLeadingInt32(tokens.back());
-  const int32_t magnitude = format.bpp < 0 ? -format.bpp : format.bpp;
+  const uint32_t magnitude = BppMagnitude(format.bpp);
   if (magnitude != 8 && magnitude != 16 && magnitude != 32) {
     LogError(log, StrFormat("Parse error [#%u]: Illegal BPP %d", line, format.bpp));
     return false;

@@ -2,7 +2,12 @@
 
 #include <algorithm>
 
+#include "image/format_expression.h"
 #include "image/image_gray.h"
+#include "image/output_buffer.h"
+#include "image/statistics.h"
+#include "image/statistics_request.h"
+#include "image/text_util.h"
 #include "image/plane_processor.h"
 #include "image/raw_unpack.h"
 #include "image/sample_type.h"
@@ -62,7 +67,12 @@ std::unique_ptr<IImageContainer> CImageConcreteBase::ExtractComponent(uint32_t i
 
 bool CImageConcreteBase::ImportRgb32(uint32_t, const uint32_t*) { return false; }
 
-const DisplayRendition* CImageConcreteBase::BuildDisplay() { return display_.get(); }
+const DisplayRendition* CImageConcreteBase::BuildDisplay() {
+  if (display_ || planes_.empty()) return display_.get();
+  auto rendition = std::make_unique<DisplayRendition>();
+  if (RenderDisplay(*rendition)) display_ = std::move(rendition);
+  return display_.get();
+}
 
 bool CImageConcreteBase::RunPlaneJob(IPlaneProcessor& processor) {
   for (uint32_t i = 0; i < planes_.size(); ++i) {
@@ -77,11 +87,79 @@ bool CImageConcreteBase::CopyPixelsOut(void*, uint32_t, const Rect*) const { ret
 
 bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
 
-bool CImageConcreteBase::Save(const SaveRequest&) { return false; }
+bool CImageConcreteBase::Save(const SaveRequest& request) {
+  if (planes_.empty()) return false;
+  return WriteImage(DescribeForWriter(), request);
+}
 
-bool CImageConcreteBase::WriteStatistics(const StatisticsRequest&) { return false; }
+namespace {
 
-bool CImageConcreteBase::Histogram(uint32_t, HistogramResult&) { return false; }
+// Grey sections are "Luma-N"; three-component ones take the letter of their
+// plane from the type name ("RGB", "YUV").
+char StatisticsLetter(const IImageContainer& image, uint32_t component) {
+  return image.ComponentCount() == 1 ? 0 : image.TypeName()[component];
+}
+
+HistogramChannel ChannelOf(const ComponentStatistics& stats) {
+  HistogramChannel channel;
+  channel.counts.assign(stats.bits == 8 ? 256 : 65536, 0);
+  const uint32_t shift = stats.bits == 32 ? 16 : 0;
+  for (const StatisticsBin& bin : stats.bins) channel.counts[bin.value >> shift] += bin.count;
+  channel.total = stats.total;
+  channel.mean = stats.mean;
+  channel.variance = stats.variance;
+  channel.std_dev = stats.std_dev;
+  channel.median = stats.median;
+  if (!stats.by_count.empty()) {
+    channel.mode = stats.by_count[0].value;
+    channel.mode_count = stats.by_count[0].count;
+  }
+  return channel;
+}
+
+}  // namespace
+
+bool CImageConcreteBase::WriteStatistics(const StatisticsRequest& request) {
+  const auto fail = [&](std::string text) {
+    if (request.error != nullptr) *request.error = std::move(text);
+    return false;
+  };
+  const std::optional<Rect> inside = WorkArea(request.area, width_, height_);
+  if (planes_.empty() || !inside || *inside != request.area) {
+    return fail("Nothing to count in the requested area");
+  }
+  COutputBuffer out;
+  if (!out.Open(request.path, "wt")) return fail(StrFormat("Can't open %s for writing", request.path.c_str()));
+  for (uint32_t c = 0; c < planes_.size(); ++c) {
+    ComponentStatistics stats = ComputeStatistics(planes_[c], request.area, mask_);
+    stats.name = ComponentName(StatisticsLetter(*this, c), bits_);
+    std::string text;
+    AppendStatisticsText(text, stats);
+    out.Append(text);
+    if (!out.FlushIfFull()) break;
+  }
+  if (!out.Close()) return fail(StrFormat("Unable to write %s", request.path.c_str()));
+  return true;
+}
+
+bool CImageConcreteBase::Histogram(uint32_t selector, HistogramResult& result) {
+  if (selector > 1 || planes_.empty()) return false;
+  // Selector 1 recounts even when the region stayed (the pixels may have
+  // changed under it); selector 0 keeps the counts of an unchanged region.
+  if (!histogram_cache_ || region_changed_ || selector == 1) {
+    const std::optional<Rect> area = WorkArea(roi_, width_, height_);
+    if (!area) return false;
+    auto fresh = std::make_unique<HistogramResult>();
+    fresh->bins = bits_ == 8 ? 256 : 65536;
+    for (const Plane& plane : planes_) {
+      fresh->channels.push_back(ChannelOf(ComputeStatistics(plane, *area, mask_)));
+    }
+    histogram_cache_ = std::move(fresh);
+    region_changed_ = false;
+  }
+  result = *histogram_cache_;
+  return true;
+}
 
 void CImageConcreteBase::Refresh() {
   display_.reset();
@@ -184,6 +262,7 @@ void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
   raw_byte_size_ = ComputeRawByteSize();
   display_.reset();
   alternate_display_.reset();
+  histogram_cache_.reset();
   mask_.clear();
   filtered_planes_.clear();
   filter_label_.clear();
@@ -194,7 +273,7 @@ void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
 std::vector<Plane> CImageConcreteBase::PrepareLoad(uint8_t* data, uint64_t byte_count,
                                                    uint64_t expected, int32_t bpp, uint32_t width,
                                                    uint32_t height, uint32_t count) {
-  const uint32_t bits = static_cast<uint32_t>(bpp < 0 ? -int64_t{bpp} : bpp);
+  const uint32_t bits = BppMagnitude(bpp);
   if (!IsSupportedBits(bits)) return {};
   const bool empty_request = data == nullptr && byte_count == 0;
   if (!empty_request && (data == nullptr || byte_count != expected)) return {};

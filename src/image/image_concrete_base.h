@@ -4,8 +4,10 @@
 #include <vector>
 
 #include "image/display_rendition.h"
+#include "image/histogram_result.h"
 #include "image/image_container.h"
 #include "image/parallel_runner.h"
+#include "image/image_writer.h"
 #include "image/plane.h"
 
 namespace korvanel {
@@ -51,7 +53,10 @@ class CImageConcreteBase : public IImageContainer {
   const Plane& GetPlane(uint32_t index) const { return planes_[index]; }
   uint32_t PlaneCount() const { return static_cast<uint32_t>(planes_.size()); }
   // One bit per pixel, pixel i at bit (i mod 32) of word i / 32; empty selects all.
-  void SetSelectionMask(std::vector<uint32_t> mask) { mask_ = std::move(mask); }
+  void SetSelectionMask(std::vector<uint32_t> mask) {
+    mask_ = std::move(mask);
+    histogram_cache_.reset();
+  }
   const std::vector<uint32_t>& SelectionMask() const { return mask_; }
   bool HasSelectionMask() const { return !mask_.empty(); }
 
@@ -63,6 +68,10 @@ class CImageConcreteBase : public IImageContainer {
   const std::string& FilterLabel() const { return filter_label_; }
   std::vector<Plane>& FilteredPlanes() { return filtered_planes_; }
   std::vector<uint32_t>& MutableSelectionMask() { return mask_; }
+  // What the rendition shows: the filtered copy while there is one.
+  const std::vector<Plane>& ShownPlanes() const {
+    return filtered_planes_.empty() ? planes_ : filtered_planes_;
+  }
 
   // Gives the image ready-made planes of equal size and depth (new images,
   // results of operations). False, with the image unchanged, when they differ
@@ -79,6 +88,10 @@ class CImageConcreteBase : public IImageContainer {
 
   // An empty image of the same class carrying the same layout description.
   virtual std::unique_ptr<CImageConcreteBase> NewEmptyLike() const = 0;
+  // The rendition of the planes (slot 5 keeps it until the next refresh).
+  virtual bool RenderDisplay(DisplayRendition& out) const = 0;
+  // Planes, letters and own layout for the writer of slot 10.
+  virtual WriterLayout DescribeForWriter() const = 0;
   // Size of one frame as the file holds it.
   virtual uint64_t ComputeRawByteSize() const;
   // Sets the planes, depth and size and marks the region changed.
@@ -113,6 +126,7 @@ class CImageConcreteBase : public IImageContainer {
   std::vector<Plane> filtered_planes_;
   std::string filter_label_;
   IParallelRunner* runner_ = nullptr;
+  std::unique_ptr<HistogramResult> histogram_cache_;
 };
 
 }  // namespace korvanel

@@ -63,7 +63,7 @@ void DiffRow(const CImageConcreteBase& left, const CImageConcreteBase& right, ui
 }  // namespace
 
 bool DiffBand(const CImageConcreteBase& left, const CImageConcreteBase& right, uint32_t code,
-              const Rect& band, Plane& out, const BandControl& control) {
+              const Rect& band, Plane& out, IRowObserver* observer) {
   uint32_t width = 0, height = 0, rw = 0, rh = 0;
   left.GetSize(width, height);
   right.GetSize(rw, rh);
@@ -81,7 +81,7 @@ bool DiffBand(const CImageConcreteBase& left, const CImageConcreteBase& right, u
     for (uint32_t y = band.min_y; y <= band.max_y && finished; ++y) {
       if (three) DiffRow<T, 3>(left, right, code, y, band.min_x, band.max_x, out.Row<uint8_t>(y));
       else DiffRow<T, 1>(left, right, code, y, band.min_x, band.max_x, out.Row<uint8_t>(y));
-      finished = control.RowDone(band.max_x - band.min_x + 1);
+      finished = ContinueAfterRow(observer, band.max_x - band.min_x + 1);
     }
   });
   return dispatched && finished;

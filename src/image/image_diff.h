@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "image/band_control.h"
+#include "image/row_observer.h"
 #include "image/image_concrete_base.h"
 
 namespace korvanel {
@@ -19,6 +19,6 @@ enum DiffCode : uint32_t { kDiffAbsolute = 1, kDiffMasked = 2 };
 // an 8-bit plane of the images' size. Bands of different rows may run at
 // the same time.
 bool DiffBand(const CImageConcreteBase& left, const CImageConcreteBase& right, uint32_t code,
-              const Rect& band, Plane& out, const BandControl& control);
+              const Rect& band, Plane& out, IRowObserver* observer);
 
 }  // namespace korvanel

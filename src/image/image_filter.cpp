@@ -106,7 +106,7 @@ bool BeginFilter(CImageConcreteBase& image, std::string label) {
 }
 
 bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool all_components,
-                     const Rect& band, const BandControl& control) {
+                     const Rect& band, IRowObserver* observer) {
   const uint32_t components = image.PlaneCount();
   // The tables hold 2^bits entries: only 8 and 16 bits are ever filtered.
   if ((tables.bits != 8 && tables.bits != 16) || !image.HasFilter() ||
@@ -139,7 +139,7 @@ bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool
         FilterThreeRow<T>(src, dst, tables, all_components, first_pixel, count, mask);
       }
       mask.Commit();
-      finished = control.RowDone(count);
+      finished = ContinueAfterRow(observer, count);
     }
   });
   return dispatched && finished;

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "image/band_control.h"
+#include "image/row_observer.h"
 #include "image/filter_tables.h"
 #include "image/image_concrete_base.h"
 
@@ -20,6 +20,6 @@ bool BeginFilter(CImageConcreteBase& image, std::string label);
 // Filters the pixels of `band` (inclusive, inside the image). Bands of
 // different rows may run at the same time.
 bool ApplyFilterBand(CImageConcreteBase& image, const FilterTables& tables, bool all_components,
-                     const Rect& band, const BandControl& control);
+                     const Rect& band, IRowObserver* observer);
 
 }  // namespace korvanel

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "image/display_conversion.h"
+#include "image/format_expression.h"
 #include "image/format_label.h"
 #include "image/raw_unpack.h"
 
@@ -14,7 +16,7 @@ constexpr const char* kGrayLabels[] = {"Y8", "Y16", "Y32"};
 bool CImageGray::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
                       std::string_view layout, int32_t bpp) {
   if (layout != "Y") return false;
-  const uint64_t expected = PlanarFrameBytes(width, height, (std::abs(bpp) + 7) / 8, 1);
+  const uint64_t expected = PlanarFrameBytes(width, height, BppBytes(bpp), 1);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 1);
   if (planes.empty()) return false;
   if (data != nullptr) CopySamplesOfPlane(data, planes[0]);
@@ -26,6 +28,19 @@ std::string CImageGray::FormatLabel() const { return LabelForBits(kGrayLabels, b
 
 std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
   return std::make_unique<CImageGray>();
+}
+
+bool CImageGray::RenderDisplay(DisplayRendition& out) const {
+  return BuildGrayRendition(ShownPlanes()[0], out);
+}
+
+WriterLayout CImageGray::DescribeForWriter() const {
+  WriterLayout layout;
+  layout.planes = {&planes_[0]};
+  layout.letters.push_back('Y');
+  layout.order = {0};
+  layout.gray = true;
+  return layout;
 }
 
 }  // namespace korvanel

@@ -16,6 +16,8 @@ class CImageGray : public CImageConcreteBase {
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
+  bool RenderDisplay(DisplayRendition& out) const override;
+  WriterLayout DescribeForWriter() const override;
 };
 
 }  // namespace korvanel

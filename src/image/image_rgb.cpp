@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "image/display_conversion.h"
+#include "image/format_expression.h"
 #include "image/format_label.h"
 #include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
@@ -18,7 +20,7 @@ namespace {
 
 // Plane index (R=0, G=1, B=2) of each letter of "RGB"-like text, each letter
 // exactly once; false otherwise.
-bool LetterOrder(std::string_view letters, uint32_t order[3]) {
+bool ParseLetterOrder(std::string_view letters, uint32_t order[3]) {
   if (letters.size() != 3) return false;
   bool seen[3] = {false, false, false};
   for (size_t i = 0; i < 3; ++i) {
@@ -40,9 +42,9 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
   const bool planar = tokens.size() == 3;
   if (!planar && tokens.size() != 1) return false;
   uint32_t order[3];
-  if (!LetterOrder(CompactLayout(layout), order)) return false;
+  if (!ParseLetterOrder(CompactLayout(layout), order)) return false;
 
-  const uint32_t bytes = (std::abs(bpp) + 7) / 8;
+  const uint32_t bytes = BppBytes(bpp);
   const uint64_t expected = PlanarFrameBytes(width, height, bytes, 3);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
   if (planes.empty()) return false;
@@ -61,6 +63,8 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
     }
   }
   FinishLoad(std::move(planes), byte_count, bpp);
+  letters_ = CompactLayout(layout);
+  planar_ = planar;
   return true;
 }
 
@@ -69,7 +73,26 @@ std::string CImageRgb::FormatLabel() const { return LabelForBits(kRgbLabels, bit
 std::unique_ptr<CImageConcreteBase> CImageRgb::NewEmptyLike() const {
   auto out = std::make_unique<CImageRgb>();
   out->from_picture_ = from_picture_;
+  out->letters_ = letters_;
+  out->planar_ = planar_;
   return out;
+}
+
+bool CImageRgb::RenderDisplay(DisplayRendition& out) const { return BuildRgbRendition(ShownPlanes(), out); }
+
+WriterLayout CImageRgb::DescribeForWriter() const {
+  WriterLayout layout;
+  layout.planes = {&planes_[0], &planes_[1], &planes_[2]};
+  layout.letters = letters_;
+  for (char letter : letters_) {
+    layout.order.push_back(static_cast<uint32_t>(std::string_view("RGB").find(letter)));
+  }
+  layout.text_kind = "RGB";
+  layout.original_planar = planar_;
+  layout.original = planar_ ? PlanarSections(layout.letters, layout.order)
+                            : std::vector<SampleSection>{InterleavedSection(layout.letters,
+                                                                            layout.order)};
+  return layout;
 }
 
 }  // namespace korvanel

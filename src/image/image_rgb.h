@@ -17,12 +17,20 @@ class CImageRgb : public CImageConcreteBase {
   // Decoded pictures (not raw files) carry this mark.
   void SetFromPicture(bool from_picture) { from_picture_ = from_picture; }
   bool FromPicture() const { return from_picture_; }
+  // The letter order of the file ("RGB", "BGR", ...) and whether it was planar;
+  // saving in the original packing writes them back.
+  const std::string& LetterOrder() const { return letters_; }
+  bool Planar() const { return planar_; }
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
+  bool RenderDisplay(DisplayRendition& out) const override;
+  WriterLayout DescribeForWriter() const override;
 
  private:
   bool from_picture_ = false;
+  std::string letters_ = "RGB";
+  bool planar_ = false;
 };
 
 }  // namespace korvanel

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "image/color_transform.h"
+#include "image/display_conversion.h"
 #include "image/format_label.h"
 #include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
@@ -102,7 +104,7 @@ bool CImageYuv::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
       break;
   }
 
-  const uint32_t bytes = (std::abs(bpp) + 7) / 8;
+  const uint32_t bytes = BppBytes(bpp);
   const uint64_t expected = YuvFrameBytes(counts_, width, height, bytes);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
   if (planes.empty()) return false;
@@ -200,6 +202,87 @@ std::unique_ptr<CImageConcreteBase> CImageYuv::NewEmptyLike() const {
 uint64_t CImageYuv::ComputeRawByteSize() const {
   if (MaxCount(counts_) == 0) return CImageConcreteBase::ComputeRawByteSize();
   return YuvFrameBytes(counts_, width_, height_, bits_ / 8);
+}
+
+bool CImageYuv::RenderDisplay(DisplayRendition& out) const {
+  return BuildYuvRendition(ShownPlanes(), g_yuv_to_rgb, out);
+}
+
+namespace {
+
+uint32_t PlaneOfLetter(char letter) {
+  return static_cast<uint32_t>(std::string_view("YUV").find(letter));
+}
+
+// Y, U and V in the order the layout first names them ("UYVY" gives "UYV").
+std::string ComponentOrder(std::string_view compact) {
+  std::string order;
+  for (char c : compact) {
+    if (std::string_view("YUV").find(c) != std::string_view::npos &&
+        order.find(c) == std::string::npos) {
+      order.push_back(c);
+    }
+  }
+  return order.size() == 3 ? order : "YUV";
+}
+
+}  // namespace
+
+// The reverse of Unpack: of the pixels that share a chroma sample, the first
+// one gives it back (they all hold the same value after a load).
+std::vector<SampleSection> CImageYuv::OwnLayoutSections() const {
+  const std::string compact = CompactLayout(layout_);
+  const uint32_t m = MaxCount(counts_);
+  if (m == 0 || !AcceptsCounts(counts_)) return {};
+  switch (packing_) {
+    case Packing::Interleave: {
+      if (compact.empty() || compact.size() > kMaxSectionPicks) return {};
+      SampleSection section{SectionKind::RasterGroups, compact, {}, m, true};
+      uint32_t seen[3] = {0, 0, 0};
+      for (char letter : compact) {
+        const uint32_t plane = PlaneOfLetter(letter);
+        if (plane > 2) return {};
+        section.picks.push_back({plane, seen[plane]++ * (m / CountOf(counts_, letter))});
+      }
+      return {section};
+    }
+    case Packing::Planar: {
+      std::vector<SampleSection> sections;
+      for (const std::string& token : SplitTokens(layout_, " \t")) {
+        const uint32_t plane = PlaneOfLetter(token[0]);
+        if (plane > 2) return {};
+        const uint32_t count = CountOf(counts_, token[0]);
+        if (count == m) {
+          sections.push_back({SectionKind::PlaneRows, token.substr(0, 1), {{plane, 0}}, 1, false});
+        } else {
+          sections.push_back(
+              {SectionKind::RasterGroups, token.substr(0, 1), {{plane, 0}}, m / count, false});
+        }
+      }
+      return sections.size() == 3 ? sections : std::vector<SampleSection>{};
+    }
+    case Packing::PlanarInterleave: {
+      if (compact != "YYYYUV" && compact != "YYYYVU") return {};
+      const bool u_first = compact[4] == 'U';
+      return {{SectionKind::PlaneRows, "Y", {{0, 0}}, 1, false},
+              {SectionKind::CellPairs, u_first ? "UV" : "VU", {{u_first ? 1u : 2u, 0}, {u_first ? 2u : 1u, 0}}, 1, false}};
+    }
+  }
+  return {};
+}
+
+WriterLayout CImageYuv::DescribeForWriter() const {
+  WriterLayout layout;
+  layout.planes = {&planes_[0], &planes_[1], &planes_[2]};
+  layout.letters = ComponentOrder(CompactLayout(layout_));
+  for (char letter : layout.letters) layout.order.push_back(PlaneOfLetter(letter));
+  layout.text_kind = "YUV";
+  layout.original = OwnLayoutSections();
+  // Images without a layout of their own (results of operations) write
+  // full-size planes.
+  if (layout.original.empty()) layout.original = PlanarSections(layout.letters, layout.order);
+  layout.original_planar = packing_ == Packing::Planar;
+  return layout;
 }
 
 const char* const* CImageYuv::LabelTable() const { return kYuvLabels; }

@@ -48,6 +48,8 @@ class CImageYuv : public CImageConcreteBase {
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
+  bool RenderDisplay(DisplayRendition& out) const override;
+  WriterLayout DescribeForWriter() const override;
   uint64_t ComputeRawByteSize() const override;
   // Sampling ratio for region alignment; the general class uses its counts.
   virtual YuvCounts GridRatio() const { return counts_; }
@@ -58,6 +60,9 @@ class CImageYuv : public CImageConcreteBase {
   // Fills the three full-size planes from a size-checked input.
   void Unpack(const uint8_t* data, uint64_t byte_count, const std::vector<std::string>& tokens,
               const std::string& compact, std::vector<Plane>& planes) const;
+  // The own layout as writer sections, chroma reduced to its sampling again;
+  // empty when the image has no usable layout description.
+  std::vector<SampleSection> OwnLayoutSections() const;
 
   YuvCounts counts_;
   Packing packing_ = Packing::Interleave;

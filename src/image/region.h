@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <optional>
 
 namespace korvanel {
 
@@ -22,5 +24,17 @@ struct Rect {
 
   friend constexpr bool operator==(const Rect&, const Rect&) = default;
 };
+
+// The pixels an operation works on: the region of interest cut to the image,
+// or the whole image when there is none. Nothing when the region lies
+// outside the image or the image is empty.
+constexpr std::optional<Rect> WorkArea(const Rect& roi, uint32_t width, uint32_t height) {
+  if (width == 0 || height == 0) return std::nullopt;
+  if (roi.IsNone()) return Rect{0, 0, width - 1, height - 1};
+  if (roi.min_x >= width || roi.min_y >= height || roi.min_x > roi.max_x || roi.min_y > roi.max_y) {
+    return std::nullopt;
+  }
+  return Rect{roi.min_x, roi.min_y, std::min(roi.max_x, width - 1), std::min(roi.max_y, height - 1)};
+}
 
 }  // namespace korvanel

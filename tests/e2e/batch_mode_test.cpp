@@ -128,10 +128,40 @@ TEST_F(BatchMode, BatchFilesReadLinesAsOneArgumentList) {
       << ok.output;
 }
 
-TEST_F(BatchMode, OperationsNotInThisBuildFailClearly) {
-  const ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "type2"});
+TEST_F(BatchMode, DiffTakesTheLatestTwoOrTheNamedPair) {
+  ProgramRun run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "type2", "-q"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("Diff: Created difference image Diff_a_4x2.y8 <--> b_4x2.y8 ("), std::string::npos)
+      << run.output;
+  run = Run({"a_4x2.y8", "c_2x2.y8", "-d"});
   EXPECT_EQ(run.status, 255);
-  EXPECT_NE(run.output.find("Diff: not available yet\n"), std::string::npos);
+  EXPECT_NE(run.output.find("[Diff images error]: Diff error: left and right images are of different size\n"),
+            std::string::npos)
+      << run.output;
+  run = Run({"a_4x2.y8", "-d"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't diff: not enough open images\n");
+  run = Run({"a_4x2.y8", "b_4x2.y8", "-d", "1,5"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nLoading image b_4x2.y8...\nCan't diff: invalid image index (1,5)\n");
+}
+
+TEST_F(BatchMode, FilterReportsItsOwnFailures) {
+  ProgramRun run = Run({"a_4x2.y8", "-flt", "fexpr", "65-70", "nexpr", "0", "sep_comp"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("Filter: Applied in "), std::string::npos) << run.output;
+  run = Run({"a_4x2.y8", "-flt", "fexpr", "1;2"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't filter: illegal expression (1;2 or )\n");
+  run = Run({"a_4x2.y8", "-flt", "3", "fexpr", "*"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't filter: invalid image index (3)\n");
+  dir.Write("deep.bin", std::string(4, 'z'));
+  run = Run({"deep.bin", "-dims", "1x1", "-fmt", "P,Y,32", "-flt", "fexpr", "*"});
+  EXPECT_EQ(run.output, "Loading image deep.bin...\nCan't filter: illegal BPP (32)\n");
+}
+
+TEST_F(BatchMode, OperationsNotInThisBuildFailClearly) {
+  const ProgramRun run = Run({"a_4x2.y8", "-cnv", "fmt", "I,RGB,8"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_NE(run.output.find("Convert: not available yet\n"), std::string::npos);
 }
 
 TEST_F(BatchMode, FormatsAndConfigurationFilesCanBeSwapped) {

@@ -113,6 +113,15 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"[.*],PI,RGB,8", "Parse error [#3]: Illegal 'PI,RGB,8' in this context"},
         Refused{"[.*],-5,I,8", "Parse error [#3]: Illegal 'I,8' in this context"}));
 
+TEST(FormatParser, MostNegativeBppIsRefusedWithoutOverflow) {
+  // A number far below the int32 range saturates; its magnitude must not overflow.
+  FormatGroup group;
+  CollectingSink log;
+  EXPECT_FALSE(ParseFormatLine("[.*],P,Y,-99999999999", 1, group, log));
+  EXPECT_EQ(log.lines, std::vector<std::string>{"Parse error [#1]: Illegal BPP -2147483648"});
+  EXPECT_EQ(BppMagnitude(INT32_MIN), 2147483648u);
+}
+
 TEST(FormatParser, AppendsToExistingFormatsInOrder) {
   FormatGroup group;
   CollectingSink log;

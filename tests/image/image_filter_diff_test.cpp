@@ -106,10 +106,15 @@ TEST(ApplyFilter, CancelStopsAfterTheCurrentRow) {
   FilterParseState state;
   ASSERT_TRUE(ParseFilterExpression("*", 8, 1, tables, state));
   ASSERT_TRUE(BeginFilter(*gray, "*"));
-  std::atomic<bool> cancel{true};
-  std::atomic<uint64_t> progress{0};
-  EXPECT_FALSE(ApplyFilterBand(*gray, tables, false, Whole(*gray), {&cancel, &progress}));
-  EXPECT_EQ(progress.load(), 4u);
+  struct StopAtOnce : IRowObserver {
+    bool RowDone(uint32_t pixels) override {
+      counted += pixels;
+      return false;
+    }
+    uint32_t counted = 0;
+  } observer;
+  EXPECT_FALSE(ApplyFilterBand(*gray, tables, false, Whole(*gray), &observer));
+  EXPECT_EQ(observer.counted, 4u);
 }
 
 struct DiffCase {

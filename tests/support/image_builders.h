@@ -48,6 +48,17 @@ inline std::unique_ptr<CImageGray> MakeGrayImage(
   return image;
 }
 
+// A grey image of one row holding `values`.
+template <typename Image>
+std::unique_ptr<Image> MakeRowImage(uint32_t bits, const std::vector<uint32_t>& values) {
+  auto image = std::make_unique<Image>();
+  std::vector<Plane> planes;
+  planes.push_back(MakePlane(bits, static_cast<uint32_t>(values.size()), 1,
+                             [&](uint32_t x, uint32_t) { return values[x]; }));
+  image->AdoptPlanes(std::move(planes));
+  return image;
+}
+
 // Every sample of `plane` in raster order.
 inline std::vector<uint32_t> PlaneSamples(const Plane& plane) {
   std::vector<uint32_t> out;

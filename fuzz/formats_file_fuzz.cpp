@@ -1,0 +1,26 @@
+// A whole formats file, then the opening walk of a file name against its
+// rules (the regexes are the user's, and the file name is ours to choose).
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <string>
+#include <vector>
+
+#include "files/formats_file.h"
+#include "image/text_util.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  FuzzedDataProvider input(data, size);
+  const std::string text = input.ConsumeRemainingBytesAsString();
+  std::vector<std::string> lines;
+  size_t start = 0;
+  while (start <= text.size()) {
+    const size_t end = text.find('\n', start);
+    lines.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
+    if (end == std::string::npos) break;
+    start = end + 1;
+  }
+  std::vector<korvanel::FormatGroup> groups;
+  korvanel::CNullLineSink log;
+  korvanel::ParseFormatsLines(lines, groups, log);
+  return 0;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "app/app_state.h"
+
+namespace korvanel {
+
+enum class FilterTarget {
+  Image,               // the image itself
+  NewImage,            // a duplicate of it, which then carries the filter
+  SeparateComponents,  // one new grey image per component
+  CompareFamily,       // every compared image of the first one's kind
+};
+
+struct FilterCommand {
+  std::string expression;
+  std::string negation;
+  bool all_components = false;
+  FilterTarget target = FilterTarget::Image;
+  size_t index = 0;  // the image (for CompareFamily: ignored)
+};
+
+enum class FilterOutcome { Applied, BadExpression, BadDepth, NoSlots, Failed };
+
+// Parses and applies a colour filter; with `report` set the user is told
+// what went wrong. The status ends with "Filter: Applied in %llu ms".
+FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool report);
+
+// Removes the filter of the image at `index`.
+void ClearFilterCommand(AppState& app, size_t index);
+
+}  // namespace korvanel

@@ -1,0 +1,198 @@
+#include "image/display_conversion.h"
+
+#include <algorithm>
+#include <new>
+#include <optional>
+
+#include "image/sample_type.h"
+
+namespace korvanel {
+
+namespace {
+
+// The offset column holds a double; it is used as an integer.
+int OffsetOf(const ColorTransform& transform, int row) {
+  return static_cast<int>(transform.m[row][ColorTransform::kOffsetColumn]);
+}
+
+// Truncation toward zero, then the byte range.
+uint8_t TruncateAndClamp(double x) { return static_cast<uint8_t>(std::clamp(static_cast<int>(x), 0, 255)); }
+
+bool AllocatePixels(uint32_t width, uint32_t height, DisplayRendition& out) {
+  const std::optional<uint64_t> bytes = Plane::ByteCount(32, width, height);
+  if (!bytes) return false;
+  try {
+    out.pixels.assign(static_cast<size_t>(*bytes / 4), 0);
+  } catch (const std::bad_alloc&) {
+    out.pixels.clear();
+    return false;
+  }
+  out.width = width;
+  out.height = height;
+  return true;
+}
+
+// Rows of three planes reduced to bytes, ready for a byte kernel. 8-bit
+// planes are read in place.
+template <typename T>
+class ByteRows {
+ public:
+  explicit ByteRows(uint32_t width) {
+    if constexpr (sizeof(T) != 1) {
+      for (auto& row : rows_) row.resize(width);
+    }
+  }
+  const uint8_t* Reduce(const Plane& plane, uint32_t y, int index) {
+    const T* src = plane.Row<T>(y);
+    if constexpr (sizeof(T) == 1) {
+      (void)index;
+      return src;
+    } else {
+      uint8_t* dst = rows_[index].data();
+      for (uint32_t x = 0; x < plane.width(); ++x) dst[x] = ReduceToByte(src[x]);
+      return dst;
+    }
+  }
+
+ private:
+  std::vector<uint8_t> rows_[3];
+};
+
+}  // namespace
+
+// x = c1*Y' + c2*U' + c3*V' + 0.5, summed left to right; the core is built
+// without fused multiply-add, so no step rounds differently on any machine.
+Rgb8 YuvToRgb(uint8_t y, uint8_t u, uint8_t v, const ColorTransform& transform) {
+  const double in[3] = {static_cast<double>(y + OffsetOf(transform, 0)),
+                        static_cast<double>(u + OffsetOf(transform, 1)),
+                        static_cast<double>(v + OffsetOf(transform, 2))};
+  Rgb8 out{};
+  for (int i = 0; i < 3; ++i) {
+    const double* c = transform.m[i];
+    out[i] = TruncateAndClamp(c[0] * in[0] + c[1] * in[1] + c[2] * in[2] + 0.5);
+  }
+  return out;
+}
+
+Rgb8 RgbToYuv(uint8_t r, uint8_t g, uint8_t b, const ColorTransform& transform) {
+  Rgb8 out{};
+  for (int i = 0; i < 3; ++i) {
+    const double* c = transform.m[i];
+    const int x = static_cast<int>(c[0] * r + c[1] * g + c[2] * b + 0.5);
+    out[i] = static_cast<uint8_t>(std::clamp(x + OffsetOf(transform, i), 0, 255));
+  }
+  return out;
+}
+
+CYuvToRgbRows::CYuvToRgbRows(const ColorTransform& transform) {
+  for (int k = 0; k < 3; ++k) {
+    const int offset = OffsetOf(transform, k);
+    for (int value = 0; value < 256; ++value) {
+      const double shifted = static_cast<double>(value + offset);
+      for (int i = 0; i < 3; ++i) product_[i][k][value] = transform.m[i][k] * shifted;
+    }
+  }
+  for (int i = 0; i < 3; ++i) {
+    const double* c = transform.m[i];
+    const int zero = c[0] == 0.0 ? 0 : c[1] == 0.0 ? 1 : c[2] == 0.0 ? 2 : -1;
+    if (zero < 0) continue;
+    Channel& channel = channels_[i];
+    channel.paired = true;
+    channel.first = zero == 0 ? 1 : 0;
+    channel.second = zero == 2 ? 1 : 2;
+    channel.pair_table.resize(65536);
+    uint8_t in[3] = {0, 0, 0};
+    for (int p = 0; p < 256; ++p) {
+      for (int q = 0; q < 256; ++q) {
+        in[channel.first] = static_cast<uint8_t>(p);
+        in[channel.second] = static_cast<uint8_t>(q);
+        channel.pair_table[static_cast<size_t>(p << 8 | q)] = YuvToRgb(in[0], in[1], in[2], transform)[i];
+      }
+    }
+  }
+}
+
+template <bool PairedR, bool PairedG, bool PairedB>
+void CYuvToRgbRows::ConvertRowAs(const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                                 uint32_t* out, size_t count) const {
+  const uint8_t* const inputs[3] = {y, u, v};
+  const auto channel = [&]<bool Paired>(int i, size_t x) -> uint32_t {
+    if constexpr (Paired) {
+      const Channel& c = channels_[i];
+      return c.pair_table[inputs[c.first][x] << 8 | inputs[c.second][x]];
+    } else {
+      const auto& t = product_[i];
+      return TruncateAndClamp(t[0][y[x]] + t[1][u[x]] + t[2][v[x]] + 0.5);
+    }
+  };
+  for (size_t x = 0; x < count; ++x) {
+    out[x] = channel.template operator()<PairedR>(0, x) |
+             channel.template operator()<PairedG>(1, x) << 8 |
+             channel.template operator()<PairedB>(2, x) << 16;
+  }
+}
+
+void CYuvToRgbRows::ConvertRow(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint32_t* out,
+                               size_t count) const {
+  using Kernel = void (CYuvToRgbRows::*)(const uint8_t*, const uint8_t*, const uint8_t*, uint32_t*,
+                                         size_t) const;
+  static constexpr Kernel kKernels[8] = {
+      &CYuvToRgbRows::ConvertRowAs<false, false, false>, &CYuvToRgbRows::ConvertRowAs<true, false, false>,
+      &CYuvToRgbRows::ConvertRowAs<false, true, false>,  &CYuvToRgbRows::ConvertRowAs<true, true, false>,
+      &CYuvToRgbRows::ConvertRowAs<false, false, true>,  &CYuvToRgbRows::ConvertRowAs<true, false, true>,
+      &CYuvToRgbRows::ConvertRowAs<false, true, true>,   &CYuvToRgbRows::ConvertRowAs<true, true, true>,
+  };
+  const int kind = (channels_[0].paired ? 1 : 0) | (channels_[1].paired ? 2 : 0) |
+                   (channels_[2].paired ? 4 : 0);
+  (this->*kKernels[kind])(y, u, v, out, count);
+}
+
+bool BuildGrayRendition(const Plane& plane, DisplayRendition& out) {
+  if (!AllocatePixels(plane.width(), plane.height(), out)) return false;
+  return DispatchBits(plane.bits(), [&]<typename T>(std::type_identity<T>) {
+    for (uint32_t y = 0; y < plane.height(); ++y) {
+      const T* src = plane.Row<T>(y);
+      uint32_t* dst = out.pixels.data() + uint64_t{y} * plane.width();
+      for (uint32_t x = 0; x < plane.width(); ++x) {
+        const uint8_t v = ReduceToByte(src[x]);
+        dst[x] = PackDisplayPixel(v, v, v);
+      }
+    }
+  });
+}
+
+bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out) {
+  if (planes.size() != 3 || !AllocatePixels(planes[0].width(), planes[0].height(), out)) {
+    return false;
+  }
+  return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
+    for (uint32_t y = 0; y < out.height; ++y) {
+      const T* r = planes[0].Row<T>(y);
+      const T* g = planes[1].Row<T>(y);
+      const T* b = planes[2].Row<T>(y);
+      uint32_t* dst = out.pixels.data() + uint64_t{y} * out.width;
+      for (uint32_t x = 0; x < out.width; ++x) {
+        dst[x] = PackDisplayPixel(ReduceToByte(r[x]), ReduceToByte(g[x]), ReduceToByte(b[x]));
+      }
+    }
+  });
+}
+
+bool BuildYuvRendition(const std::vector<Plane>& planes, const ColorTransform& transform,
+                       DisplayRendition& out) {
+  if (planes.size() != 3 || !AllocatePixels(planes[0].width(), planes[0].height(), out)) {
+    return false;
+  }
+  const CYuvToRgbRows kernel(transform);
+  return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
+    ByteRows<T> bytes(out.width);
+    for (uint32_t y = 0; y < out.height; ++y) {
+      const uint8_t* yy = bytes.Reduce(planes[0], y, 0);
+      const uint8_t* uu = bytes.Reduce(planes[1], y, 1);
+      const uint8_t* vv = bytes.Reduce(planes[2], y, 2);
+      kernel.ConvertRow(yy, uu, vv, out.pixels.data() + uint64_t{y} * out.width, out.width);
+    }
+  });
+}
+
+}  // namespace korvanel
