@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "app/convert_command.h"
 #include "app/diff_command.h"
 #include "app/filter_command.h"
 #include "app/ieval_command.h"
 #include "app/save_commands.h"
 #include "files/formats_file.h"
+#include "image/text_util.h"
 
 namespace korvanel {
 
@@ -298,15 +300,30 @@ bool RunSaving(AppState& app, const ParsedCommand& c) {
   return done;
 }
 
-// Operations whose engines are not in this build yet say so instead of
-// pretending to succeed.
-template <const char* Name>
-bool RunUnavailable(AppState& app, const ParsedCommand&) {
-  app.ReportBatchError("%s: not available yet\n", Name);
+bool RunConvert(AppState& app, const ParsedCommand& c) {
+  const std::optional<size_t> index = ResolveImage(app, c);
+  if (!index) {
+    app.ReportBatchError("Can't create new converted image: invalid image index (%d)\n", ShownReference(c));
+    return false;
+  }
+  ConvertCommand command;
+  command.index = *index;
+  command.target_text = c.format_expression;
+  command.use_default_transform = c.use_default_transform;
+  if (c.has_transform) command.user_transform = c.transform;
+  if (!c.resize.empty()) {
+    // "w;h" or "w;h;x;y": the size, then the offset.
+    const std::vector<std::string> parts = SplitKeepingEmpty(c.resize, ";");
+    command.resize = true;
+    command.size_text = parts[0] + ";" + parts[1];
+    if (parts.size() == 4) command.offset_text = parts[2] + "," + parts[3];
+    command.tiled = c.resize_tiled;
+  }
+  std::string error;
+  if (RunConvertCommand(app, command, false, error)) return true;
+  app.ReportBatchError("Convert error: %s\n", error.c_str());
   return false;
 }
-
-constexpr char kConvert[] = "Convert";
 
 struct Handler {
   Switch code;
@@ -326,7 +343,7 @@ constexpr Handler kHandlers[] = {
     {Switch::Save, &RunSaving<kCantSave, &SaveAt>},
     {Switch::SaveStatistics, &RunSaving<kCantSaveStatistics, &SaveStatisticsOf>},
     {Switch::SavePng, &RunSaving<kCantExportPng, &ExportPngOf>},
-    {Switch::Convert, &RunUnavailable<kConvert>},
+    {Switch::Convert, &RunConvert},
     {Switch::Close, &RunClose},
 };
 

@@ -51,6 +51,8 @@ class CImageConcreteBase : public IImageContainer {
   bool RegionChanged() const { return region_changed_; }
   bool BigEndian() const { return big_endian_; }
   const Plane& GetPlane(uint32_t index) const { return planes_[index]; }
+  // For operations that fill a new image's planes in place.
+  Plane& MutablePlane(uint32_t index) { return planes_[index]; }
   uint32_t PlaneCount() const { return static_cast<uint32_t>(planes_.size()); }
   // One bit per pixel, pixel i at bit (i mod 32) of word i / 32; empty selects all.
   void SetSelectionMask(std::vector<uint32_t> mask) {

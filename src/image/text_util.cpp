@@ -57,6 +57,17 @@ std::vector<std::string> SplitTokens(std::string_view text, std::string_view sep
   return tokens;
 }
 
+std::vector<std::string> SplitKeepingEmpty(std::string_view text, std::string_view separators) {
+  std::vector<std::string> pieces;
+  size_t start = 0;
+  while (true) {
+    const size_t end = text.find_first_of(separators, start);
+    pieces.emplace_back(text.substr(start, end == std::string_view::npos ? std::string_view::npos : end - start));
+    if (end == std::string_view::npos) return pieces;
+    start = end + 1;
+  }
+}
+
 int32_t ParseLeadingInt32(std::string_view text) {
   size_t i = 0;
   while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;

@@ -21,6 +21,8 @@ bool EqualsIgnoreAsciiCase(std::string_view a, std::string_view b);
 
 // Splits at every character of `separators`; empty pieces are dropped.
 std::vector<std::string> SplitTokens(std::string_view text, std::string_view separators);
+// The same keeping empty pieces: "a,,b" gives "a", "", "b"; "" gives one "".
+std::vector<std::string> SplitKeepingEmpty(std::string_view text, std::string_view separators);
 
 // The value of the leading "[blanks][sign]digits" of `text`, 0 when there are
 // no digits; saturates at the int32 range instead of overflowing.

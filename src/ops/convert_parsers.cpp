@@ -29,16 +29,6 @@ bool ContainsAll(std::string_view text, std::string_view letters) {
   return true;
 }
 
-std::vector<std::string> SplitKeepingEmpty(std::string_view text, char separator) {
-  std::vector<std::string> out;
-  size_t start = 0;
-  while (true) {
-    const size_t end = text.find(separator, start);
-    out.emplace_back(text.substr(start, end == std::string_view::npos ? std::string_view::npos : end - start));
-    if (end == std::string_view::npos) return out;
-    start = end + 1;
-  }
-}
 
 }  // namespace
 
@@ -49,7 +39,7 @@ bool ParseNewSize(std::string_view text, uint32_t source_width, uint32_t source_
     message = "No new size is entered or semi-colon(;) separator not found";
     return false;
   }
-  const std::vector<std::string> parts = SplitKeepingEmpty(text, ';');
+  const std::vector<std::string> parts = SplitKeepingEmpty(text, ";");
   if (parts.size() != 2) {
     message = "Must specify width and height";
     return false;
@@ -119,7 +109,7 @@ bool ParseColorTransform(const std::array<std::string, 3>& rows, std::string_vie
   const int checked = rgb || ContainsAll(target_format, "YUV") ? 3 : 1;
   ColorTransform parsed = transform;
   for (int r = 0; r < checked; ++r) {
-    const std::vector<std::string> fields = SplitKeepingEmpty(rows[r], ',');
+    const std::vector<std::string> fields = SplitKeepingEmpty(rows[r], ",");
     if (fields.size() != 4) {
       message = StrFormat("Please fix row '%c' (must have exactly %u comma separated coefficients)", letters[r], 3u);
       return false;

@@ -17,17 +17,6 @@ std::string WithoutBlanks(std::string_view text) {
   return out;
 }
 
-// Splits at `separators`, keeping empty pieces.
-std::vector<std::string> SplitKeepingEmpty(std::string_view text, std::string_view separators) {
-  std::vector<std::string> pieces;
-  size_t start = 0;
-  while (true) {
-    const size_t end = text.find_first_of(separators, start);
-    pieces.emplace_back(text.substr(start, end == std::string_view::npos ? std::string_view::npos : end - start));
-    if (end == std::string_view::npos) return pieces;
-    start = end + 1;
-  }
-}
 
 // "%u": a whole unsigned decimal number.
 std::optional<uint64_t> ReadUnsigned(std::string_view text) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "app/convert_command.h"
 #include "app/diff_command.h"
 #include "app/filter_command.h"
 #include "image/image_gray.h"
@@ -159,6 +160,38 @@ TEST_F(CommandsTest, FilterRefusals) {
   Add(Filled<CImageGray>(8, 1, 1, Zero), "full");
   EXPECT_EQ(RunFilterCommand(app, {"*", "", false, FilterTarget::NewImage, 1}, true), FilterOutcome::NoSlots);
   EXPECT_EQ(feedback.messages.back(), "[Filter colors error]: Filter colors error: no free image slots");
+}
+
+}  // namespace
+}  // namespace korvanel
+
+namespace korvanel {
+namespace {
+
+TEST_F(CommandsTest, ConvertReportsEachParseFailureUnderItsTitle) {
+  Add(Filled<CImageGray>(8, 4, 4, Ramp), "/p/frame.y8");
+  std::string error;
+  ConvertCommand command;
+  command.target_text = "P,Q,8";
+  EXPECT_FALSE(RunConvertCommand(app, command, true, error));
+  EXPECT_EQ(feedback.messages.back(), "[Image format string parse error]: Illegal format 'P,Q,8'");
+  command.target_text = "I,RGB,8";
+  command.resize = true;
+  command.size_text = "w*2";
+  EXPECT_FALSE(RunConvertCommand(app, command, true, error));
+  EXPECT_EQ(feedback.messages.back(),
+            "[Parse image size error]: No new size is entered or semi-colon(;) separator not found");
+  command.size_text = "w*2;h";
+  command.offset_text = "9,0";
+  EXPECT_FALSE(RunConvertCommand(app, command, true, error));
+  EXPECT_EQ(feedback.messages.back().rfind("[Parse base offset error]: The new size 8x4 is larger", 0), 0u);
+  command.offset_text = "";
+  ASSERT_TRUE(RunConvertCommand(app, command, true, error)) << error;
+  EXPECT_EQ(app.Images().At(1).display_name, "Converted_Copy_frame.y8");
+  EXPECT_EQ(app.Images().At(1).format_text, "I,RGB,8");
+  EXPECT_TRUE(HasStatus("Converting a new image from /p/frame.y8..."));
+  EXPECT_TRUE(HasStatus("Converted new image ("));
+  EXPECT_TRUE(app.IsCreatedUnsaved(app.Images().At(1).image.get()));
 }
 
 }  // namespace

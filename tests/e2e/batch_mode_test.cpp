@@ -158,10 +158,27 @@ TEST_F(BatchMode, FilterReportsItsOwnFailures) {
   EXPECT_EQ(run.output, "Loading image deep.bin...\nCan't filter: illegal BPP (32)\n");
 }
 
-TEST_F(BatchMode, OperationsNotInThisBuildFailClearly) {
-  const ProgramRun run = Run({"a_4x2.y8", "-cnv", "fmt", "I,RGB,8"});
-  EXPECT_EQ(run.status, 255);
-  EXPECT_NE(run.output.find("Convert: not available yet\n"), std::string::npos);
+TEST_F(BatchMode, ConvertCreatesAndSavesTheNewFormat) {
+  ProgramRun run = Run({"a_4x2.y8", "-cnv", "fmt", "i,rgb,8", "resize", "w*2;h;-1,0", "-s", "name", "out.rgb", "-q"});
+  EXPECT_EQ(run.status, 255) << "an offset written with ',' is one tuple short";
+  EXPECT_EQ(run.output, "Command line parser error: -cnv resize expects 2 or 4 value tuples.\n");
+  run = Run({"a_4x2.y8", "-cnv", "fmt", "i,rgb,8", "resize", "w*2;h;4;0", "resize_tiled", "-s", "name",
+             "out.rgb", "-q"});
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_NE(run.output.find("Converted new image ("), std::string::npos) << run.output;
+  EXPECT_NE(run.output.find("): Created Converted_Copy_a_4x2.y8 (HK id 2)"), std::string::npos) << run.output;
+  // 8 x 2 RGB, the grey source tiled from x = 4: R = G = B = the grey value.
+  const std::string rgb = test::ReadWholeFile(dir / "out.rgb");
+  ASSERT_EQ(rgb.size(), 8u * 2 * 3);
+  EXPECT_EQ(rgb.substr(0, 6), "AAABBB");
+  EXPECT_EQ(rgb.substr(12 * 3 - 6, 6), "GGGHHH");
+
+  run = Run({"a_4x2.y8", "-cnv", "fmt", "Q,Y,8"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nConvert error: Illegal format 'Q,Y,8'\n");
+  run = Run({"a_4x2.y8", "-cnv", "fmt", "P,Y,8", "resize", "w-w;h"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nConvert error: 0x2 isn't legal new size\n");
+  run = Run({"a_4x2.y8", "-cnv", "4", "fmt", "P,Y,8"});
+  EXPECT_EQ(run.output, "Loading image a_4x2.y8...\nCan't create new converted image: invalid image index (4)\n");
 }
 
 TEST_F(BatchMode, FormatsAndConfigurationFilesCanBeSwapped) {
