@@ -230,7 +230,8 @@ bool CImageEvaluator::PrepareIndex(std::string_view text, const uint32_t* origin
   std::string rewritten;
   if (!RewriteTokens(text, origin, rewritten)) return false;
   phrases_.push_back(std::make_unique<CExpressionEvaluator>());
-  if (!Compile(*phrases_.back(), rewritten, text, text.empty() ? 0 : origin[0])) return false;
+  // `origin` always reaches the ',' or ']' after an index, also an empty one.
+  if (!Compile(*phrases_.back(), rewritten, text, origin[0])) return false;
   if (!BindBlocks()) return false;
   prepared_ = true;
   return true;

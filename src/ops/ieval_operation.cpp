@@ -128,10 +128,19 @@ IEvalResult RunImageEval(const IEvalRequest& request,
     return single(StrFormat("Illegal output override list '%s'", request.output_override.c_str()));
   }
 
+  // Every image is read at image 1's coordinates: all must be that size.
+  uint32_t width = 0, height = 0;
+  images[0]->GetSize(width, height);
+  for (const CImageConcreteBase* image : images) {
+    uint32_t w = 0, h = 0;
+    image->GetSize(w, h);
+    if (image->PlaneCount() == 0 || w != width || h != height || w == 0 || h == 0) {
+      return single("The images must be non-empty and of one size");
+    }
+  }
   std::vector<const CImageConcreteBase*> working = images;
   shared.inputs = MakeIEvalInputs(working);
   const IEvalInputs& inputs = shared.inputs;
-  if (inputs.width == 0 || inputs.height == 0) return single("No image to evaluate");
   Rect region{0, 0, inputs.width - 1, inputs.height - 1};
   if (request.options.in_roi) {
     const Rect roi = inputs.roi;

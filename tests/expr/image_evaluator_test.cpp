@@ -12,16 +12,9 @@ namespace korvanel {
 namespace {
 
 using test::MakeImage;
-using test::MakePlane;
 
-std::unique_ptr<CImageGray> Gray(uint32_t bits, uint32_t w, uint32_t h,
-                                 const std::function<uint32_t(uint32_t, uint32_t)>& value) {
-  auto image = std::make_unique<CImageGray>();
-  std::vector<Plane> planes;
-  planes.push_back(MakePlane(bits, w, h, value));
-  image->AdoptPlanes(std::move(planes));
-  return image;
-}
+constexpr auto Gray = test::MakeGrayImage;
+constexpr auto Samples = test::PlaneSamples;
 
 struct StageResult {
   bool ok = false;
@@ -66,14 +59,6 @@ StageResult RunStage(std::string_view stage, std::vector<const CImageConcreteBas
                                out.channels, nullptr);
   }
   out.errors = eval.Errors();
-  return out;
-}
-
-std::vector<uint32_t> Samples(const Plane& plane) {
-  std::vector<uint32_t> out;
-  for (uint32_t y = 0; y < plane.height(); ++y) {
-    for (uint32_t x = 0; x < plane.width(); ++x) out.push_back(plane.SampleAt(x, y));
-  }
   return out;
 }
 
@@ -217,6 +202,7 @@ TEST(ImageEvaluatorTest, PreparationFailuresSayWhatAndWhere) {
       {"i[x,y+*2]", IEvalChannelMode::Context,
        "Can't parse y+*2 at pos 4\nIllegal operator: Illegal operand '+*'\n"},
       {"i7", IEvalChannelMode::Context, "Can't parse i7 at pos 0\nUnknown variable: i7\n"},
+      {"x + i[x,]", IEvalChannelMode::Context, "Can't parse  at pos 8\nMath error: Empty token\n"},
   };
   for (const Case& c : cases) {
     IEvalOptions options;

@@ -14,24 +14,11 @@ namespace korvanel {
 namespace {
 
 using test::MakeImage;
-using test::MakePlane;
 
-std::unique_ptr<CImageGray> Gray(uint32_t bits, uint32_t w, uint32_t h,
-                                 const std::function<uint32_t(uint32_t, uint32_t)>& value) {
-  auto image = std::make_unique<CImageGray>();
-  std::vector<Plane> planes;
-  planes.push_back(MakePlane(bits, w, h, value));
-  image->AdoptPlanes(std::move(planes));
-  return image;
-}
+constexpr auto Gray = test::MakeGrayImage;
 
 std::vector<uint32_t> Samples(const CImageConcreteBase& image, uint32_t component = 0) {
-  const Plane& plane = image.GetPlane(component);
-  std::vector<uint32_t> out;
-  for (uint32_t y = 0; y < plane.height(); ++y) {
-    for (uint32_t x = 0; x < plane.width(); ++x) out.push_back(plane.SampleAt(x, y));
-  }
-  return out;
+  return test::PlaneSamples(image.GetPlane(component));
 }
 
 std::string Messages(const IEvalResult& result) {
@@ -200,6 +187,16 @@ TEST(ImageEvalOperationTest, RequestMistakesAreSingleMessages) {
     EXPECT_TRUE(result.outputs.empty());
     EXPECT_EQ(Messages(result), c.messages);
   }
+}
+
+TEST(ImageEvalOperationTest, ImagesOfAnotherSizeAreRefused) {
+  auto grey = Gray(8, 2, 2, [](uint32_t, uint32_t) { return 5; });
+  auto wider = Gray(8, 3, 2, [](uint32_t, uint32_t) { return 5; });
+  JobRunner runner(nullptr);
+  const IEvalResult result = RunImageEval(Request("{i1+i2}"), {grey.get(), wider.get()}, runner);
+  EXPECT_FALSE(result.ok);
+  EXPECT_EQ(Messages(result),
+            "[Image Evaluator]: I-Eval error: The images must be non-empty and of one size\n");
 }
 
 TEST(ImageEvalOperationTest, CompileErrorsOfAnyStageStopTheRunBeforeItStarts) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "image/image_concrete_base.h"
+#include "image/image_gray.h"
 #include "image/plane.h"
 #include "image/sample_type.h"
 
@@ -36,6 +37,17 @@ std::unique_ptr<Image> MakeImage(uint32_t bits, uint32_t width, uint32_t height)
   return image;
 }
 
+// A grey image whose sample at (x, y) is value(x, y).
+inline std::unique_ptr<CImageGray> MakeGrayImage(
+    uint32_t bits, uint32_t width, uint32_t height,
+    const std::function<uint32_t(uint32_t, uint32_t)>& value) {
+  auto image = std::make_unique<CImageGray>();
+  std::vector<Plane> planes;
+  planes.push_back(MakePlane(bits, width, height, value));
+  image->AdoptPlanes(std::move(planes));
+  return image;
+}
+
 // A grey image of one row holding `values`.
 template <typename Image>
 std::unique_ptr<Image> MakeRowImage(uint32_t bits, const std::vector<uint32_t>& values) {
@@ -45,6 +57,15 @@ std::unique_ptr<Image> MakeRowImage(uint32_t bits, const std::vector<uint32_t>& 
                              [&](uint32_t x, uint32_t) { return values[x]; }));
   image->AdoptPlanes(std::move(planes));
   return image;
+}
+
+// Every sample of `plane` in raster order.
+inline std::vector<uint32_t> PlaneSamples(const Plane& plane) {
+  std::vector<uint32_t> out;
+  for (uint32_t y = 0; y < plane.height(); ++y) {
+    for (uint32_t x = 0; x < plane.width(); ++x) out.push_back(plane.SampleAt(x, y));
+  }
+  return out;
 }
 
 }  // namespace korvanel::test
