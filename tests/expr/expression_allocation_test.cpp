@@ -37,10 +37,6 @@ void operator delete(void* p, std::size_t) noexcept {
 }
 // Every other form too, so that no pairing of this file's new with the
 // library's delete (or the reverse) can occur under a sanitizer.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (g_counting) ++g_allocations;
-  return std::malloc(size == 0 ? 1 : size);
-}
 void* operator new[](std::size_t size) { return operator new(size); }
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept { return operator new(size, tag); }
 void operator delete[](void* p) noexcept { std::free(p); }
