@@ -1,5 +1,7 @@
 #include "app/save_commands.h"
 
+#include "app/feedback_progress.h"
+
 #include <string>
 
 #include "files/png_export.h"
@@ -53,7 +55,15 @@ bool SaveImagesAt(AppState& app, const std::vector<size_t>& indices, const SaveK
   }
   if (targets.empty()) return false;
   CAppSaveHost host(app);
-  return SaveImages(targets, kind, options, SaveSettingsOf(app), host);
+  CFeedbackProgress progress(app.Feedback());
+  uint64_t pixels = 0;
+  for (const SaveTarget& target : targets) {
+    uint32_t width = 0, height = 0;
+    target.image->GetSize(width, height);
+    pixels += uint64_t{width} * height;
+  }
+  progress.Start("Save image", pixels);
+  return SaveImages(targets, kind, options, SaveSettingsOf(app), host, nullptr, &app.Jobs(), &progress);
 }
 
 bool SaveFocusImages(AppState& app, const SaveKind& kind) {

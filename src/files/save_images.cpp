@@ -7,6 +7,7 @@
 #include "files/save_path.h"
 #include "image/image_rgb.h"
 #include "image/text_util.h"
+#include "ops/save_file_processor.h"
 
 namespace korvanel {
 
@@ -18,8 +19,20 @@ bool FromPicture(const IImageContainer& image) {
 }
 
 // One image: false when it was not saved.
+// The write itself, as a job when there is a runner.
+bool Write(IImageContainer& image, SaveRequest& request, JobRunner* runner, IProgressSink* sink) {
+  if (runner == nullptr) return image.Save(request);
+  CSaveFileImageProcessor job(image, request);
+  runner->SetJobs({&job});
+  runner->SetProgressSink(sink);
+  const bool ok = runner->RunJobs();
+  runner->SetProgressSink(nullptr);
+  return ok;
+}
+
 bool SaveOne(const SaveTarget& target, const SaveKind& kind, const SaveOptions& options,
-             const SaveSettings& settings, ISaveHost& host, SaveProgress* progress) {
+             const SaveSettings& settings, ISaveHost& host, SaveProgress* progress, JobRunner* runner,
+             IProgressSink* sink) {
   const std::optional<SaveArea> area = ChooseSaveArea(*target.image, true);
   if (!area) return false;
   uint32_t width = 0, height = 0;
@@ -38,11 +51,13 @@ bool SaveOne(const SaveTarget& target, const SaveKind& kind, const SaveOptions& 
   request.packing = kind.packing;
   request.big_endian = kind.big_endian;
   request.area = area->area;
-  request.progress = progress;
+  // A job needs a progress record to hear of every row.
+  SaveProgress own;
+  request.progress = progress != nullptr ? progress : runner != nullptr ? &own : nullptr;
   std::string error;
   request.error = &error;
   const auto start = std::chrono::steady_clock::now();
-  if (target.image->Save(request)) {
+  if (Write(*target.image, request, runner, sink)) {
     const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
         std::chrono::steady_clock::now() - start);
     host.ShowStatus(StrFormat("Saved '%s' (%llu ms)", path->c_str(),
@@ -50,7 +65,7 @@ bool SaveOne(const SaveTarget& target, const SaveKind& kind, const SaveOptions& 
     host.Saved(target.image);
     return true;
   }
-  if (progress != nullptr && progress->cancel.load()) {
+  if (request.progress != nullptr && request.progress->cancel.load()) {
     host.ShowStatus("Save file: User abort (partially written...)");
   } else {
     host.ShowError(StrFormat("Error %s while saving %s", error.c_str(), path->c_str()),
@@ -63,11 +78,11 @@ bool SaveOne(const SaveTarget& target, const SaveKind& kind, const SaveOptions& 
 
 bool SaveImages(const std::vector<SaveTarget>& targets, const SaveKind& kind,
                 const SaveOptions& options, const SaveSettings& settings, ISaveHost& host,
-                SaveProgress* progress) {
+                SaveProgress* progress, JobRunner* runner, IProgressSink* sink) {
   host.ShowStatus("Saving image(s)...");
   bool all = true;
   for (const SaveTarget& target : targets) {
-    if (target.image == nullptr || !SaveOne(target, kind, options, settings, host, progress)) {
+    if (target.image == nullptr || !SaveOne(target, kind, options, settings, host, progress, runner, sink)) {
       all = false;
     }
   }

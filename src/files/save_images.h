@@ -9,6 +9,7 @@
 #include "files/save_host.h"
 #include "files/save_kind.h"
 #include "image/image_container.h"
+#include "ops/job_runner.h"
 
 namespace korvanel {
 
@@ -19,9 +20,12 @@ struct SaveTarget {
 };
 
 // Saves each target in turn. A refused path skips its image; a failed or
-// cancelled write is reported. True when every image was saved.
+// cancelled write is reported. True when every image was saved. With a
+// runner each write runs as a job on it (a pool worker, with progress to
+// `sink`); without one on the calling thread.
 bool SaveImages(const std::vector<SaveTarget>& targets, const SaveKind& kind,
                 const SaveOptions& options, const SaveSettings& settings, ISaveHost& host,
-                SaveProgress* progress = nullptr);
+                SaveProgress* progress = nullptr, JobRunner* runner = nullptr,
+                IProgressSink* sink = nullptr);
 
 }  // namespace korvanel

@@ -80,6 +80,9 @@ class CWriterRun {
     if (!out_.FlushIfFull()) return Fail(FailureText(request_.mode, position_));
     if (request_.progress == nullptr) return true;
     request_.progress->pixels_done.fetch_add(pixels, std::memory_order_relaxed);
+    if (!ContinueAfterRow(request_.progress->observer, static_cast<uint32_t>(pixels))) {
+      request_.progress->cancel.store(true, std::memory_order_relaxed);
+    }
     return !request_.progress->cancel.load(std::memory_order_relaxed);
   }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "image/region.h"
+#include "image/row_observer.h"
 
 namespace korvanel {
 
@@ -21,10 +22,13 @@ enum class SaveMode : uint32_t { Raw = 0, Text = 1, HexDump = 2, CArray = 3 };
 enum class SavePacking : uint32_t { Original = 0, Planar = 1, Interleave = 2 };
 
 // Shared with whoever shows progress: the writer polls `cancel` once per row
-// and adds the pixels of every row it finishes to `pixels_done`.
+// and adds the pixels of every row it finishes to `pixels_done`; a job
+// running the writer also hears of every row through `observer`, whose
+// false answer cancels.
 struct SaveProgress {
   std::atomic<bool> cancel{false};
   std::atomic<uint64_t> pixels_done{0};
+  IRowObserver* observer = nullptr;
 };
 
 struct SaveRequest {

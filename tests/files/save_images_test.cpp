@@ -7,6 +7,7 @@
 #include "files/save_statistics.h"
 #include "image/image_gray.h"
 #include "image/image_yuv.h"
+#include "ops/worker_pool.h"
 #include "support/image_builders.h"
 #include "support/recording_save_host.h"
 #include "support/temp_dir.h"
@@ -77,6 +78,27 @@ TEST_F(SaveImagesTest, FailuresAndCancelAreReported) {
   EXPECT_EQ(host.statuses.back(), "Save file: User abort (partially written...)");
   EXPECT_TRUE(host.saved.empty());
   EXPECT_EQ(host.errors.size(), 1u);
+}
+
+TEST_F(SaveImagesTest, OnThePoolTheWriteIsAJobThatCountsAndCancels) {
+  auto image = test::MakeImage<CImageGray>(16, 64, 40);
+  WorkerPool pool(2);
+  JobRunner runner(&pool);
+  ASSERT_TRUE(SaveImages({Target(*image, "p.raw")}, {}, {}, settings, host, nullptr, &runner));
+  const std::string written = test::ReadWholeFile(dir / "p.64x40.raw");
+  ASSERT_EQ(written.size(), 64u * 40 * 2);
+  EXPECT_EQ(static_cast<uint8_t>(written[2 * (64 * 39 + 63)]), (39 * 100 + 63) & 0xFF);
+
+  // A job told to stop at its first row: the user-abort status, nothing saved.
+  struct StopAtOnce : IRowObserver {
+    bool RowDone(uint32_t) override { return false; }
+  } stop;
+  SaveProgress progress;
+  progress.observer = &stop;
+  host.saved.clear();
+  EXPECT_FALSE(SaveImages({Target(*image, "q.raw")}, {}, {}, settings, host, &progress));
+  EXPECT_EQ(host.statuses.back(), "Save file: User abort (partially written...)");
+  EXPECT_TRUE(host.saved.empty());
 }
 
 TEST_F(SaveImagesTest, StatisticsFileNamesTextsAndErrors) {
