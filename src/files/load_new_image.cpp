@@ -5,15 +5,16 @@
 #include <fstream>
 #include <limits>
 #include <optional>
-#include <regex>
 #include <system_error>
 #include <vector>
 
+#include "files/name_regex.h"
 #include "files/path_parts.h"
 #include "files/picture_codec.h"
 #include "image/ascii_matrix.h"
 #include "image/image_factory.h"
 #include "image/image_yuv.h"
+#include "image/memory_budget.h"
 #include "image/raw_unpack.h"
 #include "image/text_util.h"
 
@@ -24,20 +25,6 @@ namespace {
 constexpr const char* kTypeNames[] = {"RGB", "YUV", "GRAY"};  // by ColorKind
 
 const char* KindName(ColorKind kind) { return kTypeNames[static_cast<uint32_t>(kind)]; }
-
-// Whole-name, case-insensitive match. A regex that does not compile matches
-// nothing (and says so).
-bool MatchesWhole(const std::string& regex, const std::string& name, std::smatch* groups,
-                  ILineSink& log) {
-  try {
-    const std::regex re(regex, std::regex::icase);
-    if (groups != nullptr) return std::regex_match(name, *groups, re);
-    return std::regex_match(name, re);
-  } catch (const std::regex_error&) {
-    log.AddLine(StrFormat("Invalid regex [%s]", regex.c_str()));
-    return false;
-  }
-}
 
 struct Dimensions {
   uint32_t width = 0;
@@ -61,7 +48,7 @@ std::optional<uint32_t> ResolveDimension(const char* key, const std::string& reg
                                          ILineSink& log) {
   if (regex.empty()) return fixed;
   std::smatch match;
-  if (MatchesWhole(regex, name, &match, log)) {
+  if (MatchWholeName(regex, name, &match, log)) {
     log.AddLine(StrFormat("Matched regex %s/%u", key, line));
     const auto index = static_cast<size_t>(group < 1 ? 1 : group);
     if (index < match.size() && match[index].matched) {
@@ -161,8 +148,19 @@ bool ReadAscii(const FormatExpression& format, Dimensions& dims, Attempt& a,
   return true;
 }
 
+// The bytes of the file and the full-size planes made from them must fit
+// in the memory the system has left.
+bool EnoughMemory(Attempt& a, uint64_t file_bytes) {
+  const uint64_t needed = file_bytes * 3;  // the bytes, and planes of up to twice as many
+  if (MemoryAvailableFor(needed)) return true;
+  a.log.AddLine(StrFormat("Can't load path %s: about %llu MB needed, %llu MB available", a.path.c_str(),
+                          static_cast<unsigned long long>(needed >> 20),
+                          static_cast<unsigned long long>(AvailableMemoryBytes() >> 20)));
+  return false;
+}
+
 Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
-  if (!MatchesWhole(format.regex, a.name, nullptr, a.log)) {
+  if (!MatchWholeName(format.regex, a.name, nullptr, a.log)) {
     a.log.AddLine(StrFormat("Can't match regex %s/%u", "format", format.line));
     return Step::NextFormat;
   }
@@ -172,6 +170,16 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
   if (format.ascii) {
     if (!ReadAscii(format, dims, a, own)) return Step::NextFormat;
   } else if (!format.HasOffset()) {
+    // A size that cannot fit is refused without reading the file: the same
+    // lines as a refusal by the image class, none of the reading.
+    const uint64_t expected = ExpectedRawSize(format, dims.width, dims.height);
+    if (a.file.size() != 0 && expected != a.file.size()) {
+      a.log.AddLine(StrFormat("Matched %s/%u [%s] --> Trying to load binary", "format", format.line,
+                              format.expression.c_str()));
+      a.log.AddLine(StrFormat("Failed to load as %s", KindName(format.color_kind)));
+      return Step::NextFormat;
+    }
+    if (!EnoughMemory(a, expected)) return Step::EndOpen;
     bytes = a.file.Whole();
     if (bytes == nullptr || a.file.size() == 0) {
       a.log.AddLine(StrFormat("Can't load path %s (file size = %u bytes)", a.path.c_str(),
@@ -184,6 +192,7 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
     const uint64_t magnitude = format.offset < 0 ? uint64_t(-int64_t{format.offset}) : uint64_t(format.offset);
     std::optional<std::vector<uint8_t>> slice;
     if (size >= 1 && magnitude < size && expected != 0 && expected <= size) {
+      if (!EnoughMemory(a, expected)) return Step::EndOpen;
       const uint64_t position = format.offset < 0 ? size - magnitude : magnitude;
       slice = a.file.Read(position, expected);
     }
@@ -212,7 +221,7 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
 
 // Step result of one group: whether the open ended (loaded or given up).
 bool TryGroup(const FormatGroup& group, Attempt& a) {
-  if (!MatchesWhole(group.file_pattern, a.name, nullptr, a.log)) {
+  if (!MatchWholeName(group.file_pattern, a.name, nullptr, a.log)) {
     a.log.AddLine(StrFormat("Can't match regex %s/%u [%s]", "file_pattern", group.file_pattern_line,
                             a.name.c_str()));
     return false;

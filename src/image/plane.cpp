@@ -4,6 +4,7 @@
 #include <limits>
 #include <new>
 
+#include "image/memory_budget.h"
 #include "image/sample_type.h"
 
 namespace korvanel {
@@ -21,7 +22,7 @@ std::optional<uint64_t> Plane::ByteCount(uint32_t bits, uint32_t width, uint32_t
 bool Plane::Allocate(uint32_t bits, uint32_t width, uint32_t height, bool zero) {
   Reset();
   const std::optional<uint64_t> bytes = ByteCount(bits, width, height);
-  if (!bytes) return false;
+  if (!bytes || !MemoryAvailableFor(*bytes)) return false;
   // One byte at least so that an empty plane still has a distinct address.
   const size_t size = static_cast<size_t>(*bytes == 0 ? 1 : *bytes);
   data_.reset(zero ? new (std::nothrow) uint8_t[size]() : new (std::nothrow) uint8_t[size]);

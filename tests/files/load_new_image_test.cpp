@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <filesystem>
+#include <fstream>
 
 #include "support/collecting_sink.h"
 #include "support/temp_dir.h"
@@ -152,6 +154,26 @@ TEST_F(LoadNewImageTest, PartialNameMatchesAndBadRegexesDoNotCount) {
                               "Can't match regex file_pattern/1 [x_2cam]", "Invalid regex [(]",
                               "Can't match regex file_pattern/7 [x_2cam]",
                               "Matched regex file_pattern/13 [x_2cam]", "Failed to parse width/14 [x_2cam]"}));
+}
+
+TEST_F(LoadNewImageTest, AFrameLargerThanTheMemoryLeftIsRefusedBeforeReading) {
+  // A sparse 40 GB file whose size fits the format exactly.
+  const std::string path = dir.File("huge.raw");
+  { std::ofstream(path, std::ios::binary); }
+  std::filesystem::resize_file(path, 100000ull * 100000 * 4);
+  ASSERT_TRUE(SetDirectExpression("P,Y,32", 100000, 100000, rules.direct, log));
+  EXPECT_EQ(Open(path).image, nullptr);
+  EXPECT_EQ(log.lines.back().rfind("Can't load path " + path + ": about 114440 MB needed, ", 0), 0u)
+      << log.lines.back();
+}
+
+TEST_F(LoadNewImageTest, ASizeThatCannotFitIsNotRead) {
+  Rules("<format_group>\nfile_pattern = []\nwidth = 2\nheight = 2\nformat = [],P,Y,16\n</format_group>\n");
+  const std::string path = dir.WriteBytes("odd.bin", Ramp(5));
+  EXPECT_EQ(Open(path).image, nullptr);
+  EXPECT_EQ(log.lines[3], "Matched regex file_pattern/1 [odd.bin]");
+  EXPECT_EQ(log.lines[4], "Matched format/4 [P,Y,16] --> Trying to load binary");
+  EXPECT_EQ(log.lines[5], "Failed to load as GRAY");
 }
 
 TEST_F(LoadNewImageTest, CommonPicturesDecodeIntoEightBitRgb) {

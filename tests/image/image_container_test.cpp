@@ -252,6 +252,9 @@ TEST(Plane, RefusesSizesThatDoNotFit) {
   // Far beyond this machine's memory but not overflowing: a refused
   // allocation, not a crash.
   EXPECT_FALSE(plane.Allocate(32, 0x7FFFFFFF, 0x7FFFFFFF));
+  // 1 TiB: addressable, but beyond what the system has left.
+  EXPECT_FALSE(plane.Allocate(8, 1u << 20, 1u << 20));
+  EXPECT_TRUE(plane.empty());
 }
 
 TEST(ViewPositionAndOwnerData, AreKeptAsGiven) {

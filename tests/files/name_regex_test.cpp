@@ -1,0 +1,44 @@
+#include "files/name_regex.h"
+
+#include <gtest/gtest.h>
+
+#include "support/collecting_sink.h"
+
+namespace korvanel {
+namespace {
+
+TEST(NameRegex, WholeNameIgnoringCase) {
+  test::CollectingSink log;
+  EXPECT_TRUE(MatchWholeName(".*_(\\d+)x(\\d+)\\.nv12", "cam_640x480.NV12", nullptr, log));
+  EXPECT_FALSE(MatchWholeName("cam", "x_cam", nullptr, log));
+  std::smatch groups;
+  const std::string name = "frame_1920x1080_yuyv.yuv";
+  ASSERT_TRUE(MatchWholeName("frame_(\\d+)x(\\d+)_.*", name, &groups, log));
+  EXPECT_EQ(groups[2].str(), "1080");
+  EXPECT_TRUE(log.lines.empty());
+}
+
+TEST(NameRegex, NestedRepetitionOnALongNameDoesNotHang) {
+  // Exponential for a backtracking engine: 2^60 ways to split the a's.
+  test::CollectingSink log;
+  EXPECT_FALSE(MatchWholeName("(a*)*b", std::string(60, 'a') + "!", nullptr, log));
+  EXPECT_TRUE(MatchWholeName("(a|aa)*", std::string(250, 'a'), nullptr, log));
+  EXPECT_TRUE(log.lines.empty());
+}
+
+TEST(NameRegex, RefusedPatternsSaySo) {
+  test::CollectingSink log;
+  EXPECT_FALSE(MatchWholeName("(a)\\1", "aa", nullptr, log));
+  EXPECT_EQ(log.lines.back(), "Invalid regex [(a)\\1]");
+  EXPECT_FALSE(MatchWholeName(std::string(100, '(') + "a" + std::string(100, ')'), "a", nullptr, log));
+  EXPECT_EQ(log.lines.back().rfind("Regex too complex (over 2048 characters or 64 nested groups) [(((", 0), 0u);
+  EXPECT_FALSE(MatchWholeName(std::string(3000, 'a'), std::string(3000, 'a'), nullptr, log));
+  EXPECT_EQ(log.lines.size(), 3u);
+  // Escaped brackets do not count as nesting.
+  std::string escaped;
+  for (int i = 0; i < 70; ++i) escaped += "\\(";
+  EXPECT_TRUE(MatchWholeName(escaped, std::string(70, '('), nullptr, log));
+}
+
+}  // namespace
+}  // namespace korvanel
