@@ -317,8 +317,9 @@ class Parser {
     if (args_.size() < 2 || LookUpSwitch(args_[1])) return Fail(switch_arg, kExpectsPath);
     result_.batch_file = args_[1];
     std::vector<std::string> from_file;
-    if (!ReadBatchFile(result_.batch_file, from_file)) {
-      return Fail("", ("can't open batch file: " + result_.batch_file).c_str());
+    std::string error;
+    if (!ReadBatchFile(result_.batch_file, from_file, &error)) {
+      return Fail("", (error.empty() ? "can't open batch file: " + result_.batch_file : error).c_str());
     }
     // The file cannot name another batch file: a "-bt" in it, even first, is
     // the usual misplaced-switch error.
@@ -525,13 +526,23 @@ std::vector<std::string> TokenizeCommandLine(std::string_view text) {
   return arguments;
 }
 
-bool ReadBatchFile(const std::string& path, std::vector<std::string>& arguments) {
+bool ReadBatchFile(const std::string& path, std::vector<std::string>& arguments, std::string* error) {
   std::ifstream file(path);
   if (!file) return false;
   std::string line;
-  while (std::getline(file, line)) {
+  for (uint32_t number = 1; std::getline(file, line); ++number) {
+    if (line.size() > kMaxBatchLineLength) {
+      if (error != nullptr) {
+        *error = StrFormat("batch file line %u is longer than %zu characters", number, kMaxBatchLineLength);
+      }
+      return false;
+    }
     if (line.empty() || line[0] == '#') continue;
     for (std::string& a : TokenizeCommandLine(line)) arguments.push_back(std::move(a));
+    if (arguments.size() > kMaxBatchArguments) {
+      if (error != nullptr) *error = StrFormat("batch file holds more than %zu arguments", kMaxBatchArguments);
+      return false;
+    }
   }
   return true;
 }

@@ -93,8 +93,14 @@ struct ParseResult {
 // Splits one line: double quotes group blanks into an argument and vanish.
 std::vector<std::string> TokenizeCommandLine(std::string_view text);
 
-// Appends the arguments of every line that is not empty and not a "#" comment.
-bool ReadBatchFile(const std::string& path, std::vector<std::string>& arguments);
+// Batch files are read within these bounds; beyond them the parse fails.
+inline constexpr size_t kMaxBatchLineLength = 65536;
+inline constexpr size_t kMaxBatchArguments = 100000;
+
+// Appends the arguments of every line that is not empty and not a "#"
+// comment. False when the file cannot be opened, or (with `error` set) when
+// a line or the argument count passes its bound.
+bool ReadBatchFile(const std::string& path, std::vector<std::string>& arguments, std::string* error = nullptr);
 
 ParseResult ParseArguments(const std::vector<std::string>& arguments);
 

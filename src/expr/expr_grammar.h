@@ -30,6 +30,10 @@ namespace korvanel {
 // kExprMathError instead of exhausting the stack. One level costs a few
 // hundred bytes of stack, far below a thread's default stack.
 inline constexpr int kMaxExpressionDepth = 1000;
+// Longer texts are refused before preparation: the image evaluator's own
+// limit is 3000 characters after name expansion, so this leaves room for
+// generated expressions while bounding the work on pasted junk.
+inline constexpr size_t kMaxExpressionLength = 65536;
 
 using ExprVariableTable = std::map<std::string, ExprValue, std::less<>>;
 

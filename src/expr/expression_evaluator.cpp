@@ -2,6 +2,7 @@
 
 #include <numbers>
 
+#include "expr/expr_grammar.h"
 #include "expr/expr_operations.h"
 #include "expr/expr_preparation.h"
 #include "image/text_util.h"
@@ -18,6 +19,10 @@ bool CExpressionEvaluator::Evaluate(std::string_view text, ExprValue& result) {
   nodes_.clear();
   first_node_ = 0;
   result = ExprValue::Error();
+  if (text.size() > kMaxExpressionLength) {
+    error_.Set(kExprMathError, StrFormat("Expression longer than %zu characters", kMaxExpressionLength));
+    return false;
+  }
   if (!PrepareExpressionText(text, fold_case_, text_, error_)) return false;
   if (compiled_mode_) {
     if (!Compile()) return false;

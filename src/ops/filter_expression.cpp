@@ -69,6 +69,10 @@ bool ParseFilterExpression(std::string_view text, uint32_t bits, uint32_t compon
                            FilterTables& tables, FilterParseState& state) {
   state = {};
   tables.Reset(bits, components);
+  if (text.size() > kMaxFilterTextLength) {
+    state.code = 5;
+    return false;
+  }
   const std::vector<std::string> parts = SplitKeepingEmpty(WithoutBlanks(text), ";");
   if ((parts.size() != 1 && parts.size() != 3) || parts.size() > components) {
     state.code = 1;
@@ -90,6 +94,10 @@ bool ParseFilterExpression(std::string_view text, uint32_t bits, uint32_t compon
 bool ParseNegationColor(std::string_view text, FilterTables& tables, FilterParseState& state) {
   state = {};
   tables.negation = {0, 0, 0};
+  if (text.size() > kMaxFilterTextLength) {
+    state.code = 6;
+    return false;
+  }
   const std::string compact = WithoutBlanks(text);
   if (compact.empty()) return true;
   const std::vector<std::string> parts = SplitKeepingEmpty(compact, ",;");
@@ -110,7 +118,8 @@ bool ParseNegationColor(std::string_view text, FilterTables& tables, FilterParse
 }
 
 const char* FilterErrorTitle(const FilterParseState& state) {
-  return state.code >= 3 ? "Negate color parse error" : "Colors parse error";
+  const bool negation = state.code == 3 || state.code == 4 || state.code == 6;
+  return negation ? "Negate color parse error" : "Colors parse error";
 }
 
 std::string FilterErrorText(const FilterParseState& state) {
@@ -119,6 +128,8 @@ std::string FilterErrorText(const FilterParseState& state) {
     case 3: return "Please make sure you supply 1 or 3 comma separated components";
     case 2: return StrFormat("Please fix comp %u token %u", state.component, state.token);
     case 4: return StrFormat("Please fix comp %u", state.component);
+    case 5:
+    case 6: return StrFormat("Please keep the text below %zu characters", kMaxFilterTextLength);
     default: return {};
   }
 }

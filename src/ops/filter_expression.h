@@ -13,7 +13,9 @@ namespace korvanel {
 
 // The first parse error: 1 wrong component count in the expression, 2 a bad
 // token (component and token numbered from 1), 3 wrong count in the
-// negation colour, 4 a bad negation value (component from 1).
+// negation colour, 4 a bad negation value (component from 1), 5 and 6 an
+// expression or a negation colour longer than kMaxFilterTextLength.
+inline constexpr size_t kMaxFilterTextLength = 16384;
 struct FilterParseState {
   uint32_t code = 0;
   uint32_t component = 0;

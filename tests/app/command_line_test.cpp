@@ -170,6 +170,17 @@ TEST(BatchFile, CommentsAndLineBreaksCarryNoMeaning) {
   EXPECT_FALSE(ReadBatchFile(dir.File("none.txt"), args));
 }
 
+TEST(BatchFile, OverlongLinesAndArgumentFloodsAreRefused) {
+  test::TempDir dir;
+  dir.Write("long.txt", "a.raw\n-s name " + std::string(kMaxBatchLineLength, 'x') + "\n");
+  EXPECT_EQ(ParseArguments({"-bt", dir.File("long.txt")}).errors,
+            Args{"batch file line 2 is longer than 65536 characters"});
+  std::string many;
+  for (size_t i = 0; i <= kMaxBatchArguments; i += 10) many += "-q -q -q -q -q -q -q -q -q -q\n";
+  dir.Write("many.txt", many);
+  EXPECT_EQ(ParseArguments({"-bt", dir.File("many.txt")}).errors, Args{"batch file holds more than 100000 arguments"});
+}
+
 TEST(BatchFile, ReplacesTheCommandLineAndCannotNameAnother) {
   test::TempDir dir;
   dir.Write("one.txt", "a.raw -q\n");

@@ -343,5 +343,16 @@ TEST(ExpressionEvaluator, DeepNestingFailsCleanlyInBothModes) {
   }
 }
 
+TEST(ExpressionEvaluator, OverlongTextsFailBeforePreparation) {
+  const std::string text = Chain(static_cast<int>(kMaxExpressionLength / 2) + 1);  // "1+1+..." past the limit
+  for (bool compiled : {false, true}) {
+    const Outcome out = RunExpression(text, compiled, nullptr);
+    EXPECT_FALSE(out.ok);
+    EXPECT_EQ(out.code, kExprMathError);
+    EXPECT_EQ(out.detail, "Expression longer than 65536 characters");
+  }
+  EXPECT_TRUE(RunExpression(std::string(kMaxExpressionLength - 1, ' ') + "7", false, nullptr).ok);
+}
+
 }  // namespace
 }  // namespace korvanel

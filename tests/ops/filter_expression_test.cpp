@@ -90,6 +90,19 @@ TEST(FilterExpression, ErrorsNameComponentAndToken) {
   }
 }
 
+TEST(FilterExpression, OverlongTextsAreRefusedBeforeParsing) {
+  FilterTables t;
+  FilterParseState state;
+  const std::string long_text(kMaxFilterTextLength + 1, '1');
+  EXPECT_FALSE(ParseFilterExpression(long_text, 8, 1, t, state));
+  EXPECT_EQ(state.code, 5u);
+  EXPECT_STREQ(FilterErrorTitle(state), "Colors parse error");
+  EXPECT_EQ(FilterErrorText(state), "Please keep the text below 16384 characters");
+  EXPECT_FALSE(ParseNegationColor(long_text, t, state));
+  EXPECT_EQ(state.code, 6u);
+  EXPECT_STREQ(FilterErrorTitle(state), "Negate color parse error");
+}
+
 TEST(NegationColor, OneOrThreeValuesInRange) {
   FilterTables t;
   t.Reset(8, 3);
