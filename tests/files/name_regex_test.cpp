@@ -31,9 +31,15 @@ TEST(NameRegex, RefusedPatternsSaySo) {
   EXPECT_FALSE(MatchWholeName("(a)\\1", "aa", nullptr, log));
   EXPECT_EQ(log.lines.back(), "Invalid regex [(a)\\1]");
   EXPECT_FALSE(MatchWholeName(std::string(100, '(') + "a" + std::string(100, ')'), "a", nullptr, log));
-  EXPECT_EQ(log.lines.back().rfind("Regex too complex (over 2048 characters or 64 nested groups) [(((", 0), 0u);
+  EXPECT_EQ(log.lines.back().rfind("Regex too complex (over 2048 characters, 64 nested groups or 1000 repeats) [(((", 0), 0u);
   EXPECT_FALSE(MatchWholeName(std::string(3000, 'a'), std::string(3000, 'a'), nullptr, log));
   EXPECT_EQ(log.lines.size(), 3u);
+  // A repeat count past the range of long once overflowed inside the library.
+  EXPECT_FALSE(MatchWholeName("a{7777777777777777777777}", "a", nullptr, log));
+  EXPECT_FALSE(MatchWholeName("a{2,1001}", "aa", nullptr, log));
+  EXPECT_FALSE(MatchWholeName("(a)\\22222222222222222222222", "a", nullptr, log));
+  EXPECT_EQ(log.lines.size(), 6u);
+  EXPECT_TRUE(MatchWholeName("a{2,1000}", "aaa", nullptr, log));
   // Escaped brackets do not count as nesting.
   std::string escaped;
   for (int i = 0; i < 70; ++i) escaped += "\\(";
