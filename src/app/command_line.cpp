@@ -128,10 +128,14 @@ bool ParseTransform(const std::string& text, ColorTransform& t) {
                             &v[10], &v[11], &consumed);
   if (n != 12 || static_cast<size_t>(consumed) != text.size()) return false;
   for (int r = 0; r < 3; ++r) {
+    // Range first: only then is the offset safe to convert to an integer.
     const double offset = v[r * 4 + 3];
-    if (offset != static_cast<double>(static_cast<int>(offset)) || offset < ColorTransform::kMinOffset ||
-        offset > ColorTransform::kMaxOffset) {
+    if (!(offset >= ColorTransform::kMinOffset && offset <= ColorTransform::kMaxOffset) ||
+        offset != static_cast<double>(static_cast<int>(offset))) {
       return false;
+    }
+    for (int c = 0; c < 3; ++c) {
+      if (!IsUsableCoefficient(v[r * 4 + c])) return false;
     }
     for (int c = 0; c < 4; ++c) t.m[r][c] = v[r * 4 + c];
   }

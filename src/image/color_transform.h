@@ -7,6 +7,12 @@
 
 namespace korvanel {
 
+// Coefficients beyond this magnitude (or not finite) are refused wherever a
+// transform is read: the products must stay far inside the integer ranges
+// the arithmetic truncates to.
+inline constexpr double kMaxTransformCoefficient = 1000.0;
+inline bool IsUsableCoefficient(double c) { return c >= -kMaxTransformCoefficient && c <= kMaxTransformCoefficient; }
+
 struct ColorTransform {
   static constexpr int kRows = 3;
   static constexpr int kColumns = 4;

@@ -115,6 +115,12 @@ bool ParseColorTransform(const std::array<std::string, 3>& rows, std::string_vie
       return false;
     }
     for (int c = 0; c < 4; ++c) parsed.m[r][c] = std::strtod(fields[c].c_str(), nullptr);
+    for (int c = 0; c < 3; ++c) {
+      if (!IsUsableCoefficient(parsed.m[r][c])) {
+        message = StrFormat("Please fix row '%c' (coefficients must range between -1000..1000)", letters[r]);
+        return false;
+      }
+    }
     const double offset = parsed.m[r][3];
     if (!(offset >= ColorTransform::kMinOffset && offset <= ColorTransform::kMaxOffset)) {
       message = StrFormat("Please fix last coefficient of row '%c' (must range between -255..255)", letters[r]);

@@ -151,6 +151,11 @@ TEST(Parser, ValueOptionsSayWhatIsMissing) {
        {"Command line parser error: -cnv can't parse transform matrix after 'col_trans' (3x4).", matrix_example}},
       {{"-cnv", "fmt", "P,Y,8", "col_trans", "[1,0,0,0.5],[0,1,0,0],[0,0,1,0]"},
        {"Command line parser error: -cnv can't parse transform matrix after 'col_trans' (3x4).", matrix_example}},
+      // Found by fuzzing: an offset far outside the int range was converted first.
+      {{"-cnv", "fmt", "P,Y,8", "col_trans", "[1,0,0,4444090000],[0,1,0,0],[0,0,1,0]"},
+       {"Command line parser error: -cnv can't parse transform matrix after 'col_trans' (3x4).", matrix_example}},
+      {{"-cnv", "fmt", "P,Y,8", "col_trans", "[nan,0,0,0],[0,1,0,0],[0,0,1e300,0]"},
+       {"Command line parser error: -cnv can't parse transform matrix after 'col_trans' (3x4).", matrix_example}},
       {{"-cnv", "fmt", "P,Y,8", "resize"},
        {"Command line parser error: -cnv expects resize values in the form: width;height;x offset;y offset (offset is optional).",
         "3 examples:  [w*2;h+100;40;40]  [300;h/2] [sqrt(w*h);max(w,h);-30;100]"}},

@@ -88,6 +88,10 @@ TEST(ConvertColorTransform, RowsByTargetFamily) {
   EXPECT_EQ(message, "Please fix row 'Y' (must have exactly 3 comma separated coefficients)");
   EXPECT_FALSE(ParseColorTransform({"1,0,0,0", "1,0,0,300", "1,0,0,0"}, "I,BGR,16", t, message));
   EXPECT_EQ(message, "Please fix last coefficient of row 'G' (must range between -255..255)");
+  EXPECT_FALSE(ParseColorTransform({"1,0,0,0", "0,1,0,0", "0,inf,1,0"}, "I,RGB,8", t, message));
+  EXPECT_EQ(message, "Please fix row 'B' (coefficients must range between -1000..1000)");
+  EXPECT_FALSE(ParseColorTransform({"nan,0,0,0", "", ""}, "P,Y,8", t, message));
+  EXPECT_EQ(message, "Please fix row 'Y' (coefficients must range between -1000..1000)");
   // A grey target checks only the first row; text that is no number reads as 0.
   ColorTransform grey;
   ASSERT_TRUE(ParseColorTransform({"0.5,abc,,7", "junk", "junk"}, "P,Y,8", grey, message));
