@@ -5,7 +5,7 @@ namespace {
 
 struct LogBinding {
   CLogger AppLogs::*log;
-  LogSpec ConfigDeveloper::*spec;
+  LogSetting ConfigDeveloper::*entry;
 };
 
 constexpr LogBinding kBindings[] = {
@@ -19,11 +19,11 @@ constexpr LogBinding kBindings[] = {
 void AppLogs::Configure(const ConfigValues& values) {
   const std::filesystem::path work_path(values.system.work_path);
   for (const LogBinding& binding : kBindings) {
-    const LogSpec& spec = values.developer.*binding.spec;
+    const LogSetting& entry = values.developer.*binding.entry;
     CLogger& log = this->*binding.log;
-    log.SetEnabled(spec.enabled);
-    log.SetStampMode(spec.stamp_mode);
-    log.SetPath(work_path / spec.file_name);
+    log.SetEnabled(entry.enabled);
+    log.SetStampMode(entry.stamp_mode);
+    log.SetPath(work_path / entry.file_name);
   }
   config_errors.SetEnabled(true);
   config_errors.SetStampMode(StampMode::kSession);

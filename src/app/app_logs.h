@@ -5,7 +5,7 @@
 //   batch error log   "qel.log_batch.txt"  key [developer] debug_batch_error_log
 //   format-load log   "qel.log_fmt.txt"    key [developer] debug_load_format_log
 //   configuration warnings "qel.cfg_err.txt", always on
-// The three keys take "switch, file name" (see LogSpec).
+// The three keys take "switch, file name" (see LogSetting).
 
 #include <filesystem>
 

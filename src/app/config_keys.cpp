@@ -80,7 +80,7 @@ constexpr const char* kDefaultYuvToRgbText =
 constexpr const char* kDefaultRgbToYuvText =
     "0.299, 0.587, 0.114, 0, -0.168736, -0.331264, 0.5, 128, 0.5, -0.418688, -0.081312, 128";
 
-const KeySpec kKeys[] = {
+const KeyEntry kKeys[] = {
     // [gui]
     {S::kGui, "ruler_color", K::kColorList, "red, white", Gui<&ConfigGui::ruler_color>(), 1, 8},
     {S::kGui, "ruler_font", K::kFont, "Arial, 16, 12", Gui<&ConfigGui::ruler_font>(), kMinFont,
@@ -243,7 +243,7 @@ constexpr NamedColor kNamedColors[] = {
 
 }  // namespace
 
-std::span<const KeySpec> ConfigKeys() {
+std::span<const KeyEntry> ConfigKeys() {
   return kKeys;
 }
 std::span<const NamedColor> NamedColors() {

@@ -48,7 +48,7 @@ enum class ValueKind {
 
 // Every kind parses into one of these.
 using ConfigValue = std::variant<bool, int32_t, double, std::string, std::vector<Rgb>, FontSpec,
-                                 ColorTransform, std::vector<int32_t>, LogSpec>;
+                                 ColorTransform, std::vector<int32_t>, LogSetting>;
 
 struct FieldAccess {
   ConfigValue (*load)(const ConfigValues&);
@@ -92,7 +92,7 @@ struct IntRange {
   int32_t max;
 };
 
-struct KeySpec {
+struct KeyEntry {
   ConfigSection section;
   const char* key;
   ValueKind kind;
@@ -104,7 +104,7 @@ struct KeySpec {
   std::span<const IntRange> elements = {};
 };
 
-std::span<const KeySpec> ConfigKeys();
+std::span<const KeyEntry> ConfigKeys();
 
 struct NamedColor {
   const char* name;

@@ -46,19 +46,19 @@ std::vector<SectionBlock> SplitSections(const std::vector<std::string>& lines) {
 std::vector<std::string> ResetConfigValues(ConfigValues& values,
                                            const std::filesystem::path& program_dir) {
   std::vector<std::string> report;
-  for (const KeySpec& spec : ConfigKeys()) {
-    ConfigValue value = spec.field.load(values);
-    if (spec.kind == ValueKind::kDirectory && *spec.default_text == '\0') {
+  for (const KeyEntry& entry : ConfigKeys()) {
+    ConfigValue value = entry.field.load(values);
+    if (entry.kind == ValueKind::kDirectory && *entry.default_text == '\0') {
       value = program_dir.string();
-    } else if (*spec.default_text == '\0') {
+    } else if (*entry.default_text == '\0') {
       std::visit([](auto& held) { held = {}; }, value);
-    } else if (!ParseConfigValue(spec, spec.default_text, value, report)) {
+    } else if (!ParseConfigValue(entry, entry.default_text, value, report)) {
       continue;
     }
-    if (!spec.field.store(values, value)) {
+    if (!entry.field.store(values, value)) {
       report.push_back(StrFormat("[%s]::%s: Kind does not match its field",
-                                 kConfigSectionNames[static_cast<uint32_t>(spec.section)],
-                                 spec.key));
+                                 kConfigSectionNames[static_cast<uint32_t>(entry.section)],
+                                 entry.key));
     }
   }
   return report;
@@ -70,12 +70,12 @@ void ApplyConfigLines(const std::vector<std::string>& lines, ConfigValues& value
   for (uint32_t section = 0; section < kConfigSectionCount; ++section) {
     for (const SectionBlock& block : blocks) {
       if (block.name != kConfigSectionNames[section]) continue;
-      for (const KeySpec& spec : ConfigKeys()) {
-        if (static_cast<uint32_t>(spec.section) != section) continue;
+      for (const KeyEntry& entry : ConfigKeys()) {
+        if (static_cast<uint32_t>(entry.section) != section) continue;
         for (const KeyLine& line : block.keys) {
-          if (line.key != spec.key) continue;
-          ConfigValue value = spec.field.load(values);
-          if (ParseConfigValue(spec, line.value, value, report)) spec.field.store(values, value);
+          if (line.key != entry.key) continue;
+          ConfigValue value = entry.field.load(values);
+          if (ParseConfigValue(entry, line.value, value, report)) entry.field.store(values, value);
         }
       }
     }

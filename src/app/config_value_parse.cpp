@@ -16,9 +16,9 @@ namespace {
 // Collects the rejection lines of one key, each led by "[section]::key: ".
 class Reporter {
  public:
-  Reporter(const KeySpec& spec, std::vector<std::string>& lines)
-      : prefix_(StrFormat("[%s]::%s: ", kConfigSectionNames[static_cast<uint32_t>(spec.section)],
-                          spec.key)),
+  Reporter(const KeyEntry& entry, std::vector<std::string>& lines)
+      : prefix_(StrFormat("[%s]::%s: ", kConfigSectionNames[static_cast<uint32_t>(entry.section)],
+                          entry.key)),
         lines_(lines) {}
 
   void Add(const char* format, ...) __attribute__((format(printf, 2, 3))) {
@@ -112,7 +112,7 @@ bool InRange(int64_t value, int32_t min, int32_t max) {
   return value >= min && value <= max;
 }
 
-bool ParseBool(const KeySpec&, std::string_view text, ConfigValue& value, Reporter& report) {
+bool ParseBool(const KeyEntry&, std::string_view text, ConfigValue& value, Reporter& report) {
   const std::optional<int32_t> word = FindWord(BoolWords(), text);
   if (!word) {
     report.Add("Out-of-range %s (0/1)", std::string(text).c_str());
@@ -122,14 +122,14 @@ bool ParseBool(const KeySpec&, std::string_view text, ConfigValue& value, Report
   return true;
 }
 
-bool ParseInt(const KeySpec& spec, std::string_view text, ConfigValue& value, Reporter& report) {
+bool ParseInt(const KeyEntry& entry, std::string_view text, ConfigValue& value, Reporter& report) {
   const std::optional<int64_t> number = ParseInteger(text, false);
   if (!number) {
     report.Undefined(text);
     return false;
   }
-  if (!InRange(*number, spec.min, spec.max)) {
-    report.Add("Out-of-range %d (%d..%d)", ToInt32ForMessage(*number), spec.min, spec.max);
+  if (!InRange(*number, entry.min, entry.max)) {
+    report.Add("Out-of-range %d (%d..%d)", ToInt32ForMessage(*number), entry.min, entry.max);
     return false;
   }
   value = static_cast<int32_t>(*number);
@@ -157,15 +157,15 @@ std::vector<std::string_view> SplitListEntries(std::string_view text) {
 
 // Missing positions and rejected elements keep their current values; values
 // past the last position are ignored.
-bool ParseIntList(const KeySpec& spec, std::string_view text, ConfigValue& value,
+bool ParseIntList(const KeyEntry& entry, std::string_view text, ConfigValue& value,
                   Reporter& report) {
   std::vector<int32_t> list = Current<std::vector<int32_t>>(value);
-  list.resize(spec.elements.size());
+  list.resize(entry.elements.size());
   const std::vector<std::string_view> parts = SplitListEntries(text);
   for (size_t i = 0; i < parts.size() && i < list.size(); ++i) {
     if (parts[i].empty()) continue;
     const std::optional<int64_t> number = ParseInteger(parts[i], false);
-    const IntRange range = spec.elements[i];
+    const IntRange range = entry.elements[i];
     if (!number) {
       report.Undefined(parts[i]);
     } else if (!InRange(*number, range.min, range.max)) {
@@ -179,24 +179,24 @@ bool ParseIntList(const KeySpec& spec, std::string_view text, ConfigValue& value
   return true;
 }
 
-bool ParseRealKind(const KeySpec& spec, std::string_view text, ConfigValue& value,
+bool ParseRealKind(const KeyEntry& entry, std::string_view text, ConfigValue& value,
                    Reporter& report) {
   const std::optional<double> number = ParseReal(text);
   if (!number) {
     report.Undefined(text);
     return false;
   }
-  if (*number < spec.min || *number > spec.max) {
-    report.Add("Out-of-range %6.2lf (%6.2lf..%6.2lf)", *number, static_cast<double>(spec.min),
-               static_cast<double>(spec.max));
+  if (*number < entry.min || *number > entry.max) {
+    report.Add("Out-of-range %6.2lf (%6.2lf..%6.2lf)", *number, static_cast<double>(entry.min),
+               static_cast<double>(entry.max));
     return false;
   }
   value = *number;
   return true;
 }
 
-bool ParseEnum(const KeySpec& spec, std::string_view text, ConfigValue& value, Reporter& report) {
-  const std::optional<int32_t> word = FindWord(spec.words, text);
+bool ParseEnum(const KeyEntry& entry, std::string_view text, ConfigValue& value, Reporter& report) {
+  const std::optional<int32_t> word = FindWord(entry.words, text);
   if (!word) {
     report.Undefined(text);
     return false;
@@ -241,14 +241,14 @@ std::optional<Rgb> ParseColor(std::string_view entry, int position, Reporter& re
 // A list of min..max colours drops rejected entries; a fixed list (min == max)
 // keeps the current colour at a rejected or missing position. Entries past
 // the most allowed are ignored.
-bool ParseColorList(const KeySpec& spec, std::string_view text, ConfigValue& value,
+bool ParseColorList(const KeyEntry& entry, std::string_view text, ConfigValue& value,
                     Reporter& report) {
-  const bool fixed = spec.min == spec.max;
+  const bool fixed = entry.min == entry.max;
   std::vector<Rgb> colors = fixed ? Current<std::vector<Rgb>>(value) : std::vector<Rgb>{};
-  colors.resize(fixed ? static_cast<size_t>(spec.max) : 0);
+  colors.resize(fixed ? static_cast<size_t>(entry.max) : 0);
   const std::vector<std::string_view> entries = SplitListEntries(text);
   size_t accepted = 0;
-  for (size_t i = 0; i < entries.size() && i < static_cast<size_t>(spec.max); ++i) {
+  for (size_t i = 0; i < entries.size() && i < static_cast<size_t>(entry.max); ++i) {
     const std::optional<Rgb> color = ParseColor(entries[i], static_cast<int>(i + 1), report);
     if (!color) continue;
     ++accepted;
@@ -265,7 +265,7 @@ bool ParseColorList(const KeySpec& spec, std::string_view text, ConfigValue& val
 
 // "name, size, smaller size"; "_" in the name stands for a blank. Without a
 // smaller size it is three quarters of the size; without sizes both stay.
-bool ParseFont(const KeySpec& spec, std::string_view text, ConfigValue& value, Reporter& report) {
+bool ParseFont(const KeyEntry& entry, std::string_view text, ConfigValue& value, Reporter& report) {
   FontSpec font = Current<FontSpec>(value);
   const std::vector<std::string> parts = SplitTokens(text, ",");
   if (parts.empty() || parts.size() > 3 || TrimAscii(parts[0]).empty()) {
@@ -283,8 +283,8 @@ bool ParseFont(const KeySpec& spec, std::string_view text, ConfigValue& value, R
       report.Undefined(TrimAscii(parts[i]));
       return false;
     }
-    if (!InRange(*size, spec.min, spec.max)) {
-      report.Add("Out-of-range %d (%d..%d)", ToInt32ForMessage(*size), spec.min, spec.max);
+    if (!InRange(*size, entry.min, entry.max)) {
+      report.Add("Out-of-range %d (%d..%d)", ToInt32ForMessage(*size), entry.min, entry.max);
       return false;
     }
     sizes[i - 1] = static_cast<int32_t>(*size);
@@ -299,7 +299,7 @@ bool ParseFont(const KeySpec& spec, std::string_view text, ConfigValue& value, R
 // Twelve numbers, row by row; blanks, commas, ";" and brackets separate them,
 // so the "[a,b,c,d],[...],[...]" form of the command line works too.
 // Coefficients lie in -1000..1000, offsets are integers in -255..255.
-bool ParseMatrix(const KeySpec&, std::string_view text, ConfigValue& value, Reporter& report) {
+bool ParseMatrix(const KeyEntry&, std::string_view text, ConfigValue& value, Reporter& report) {
   constexpr double kMaxCoefficient = 1000.0;
   const std::vector<std::string> parts = SplitTokens(text, " \t,;[]");
   constexpr unsigned kCount = ColorTransform::kRows * ColorTransform::kColumns;
@@ -327,7 +327,7 @@ bool ParseMatrix(const KeySpec&, std::string_view text, ConfigValue& value, Repo
   return true;
 }
 
-bool ParseDirectory(const KeySpec&, std::string_view text, ConfigValue& value, Reporter& report) {
+bool ParseDirectory(const KeyEntry&, std::string_view text, ConfigValue& value, Reporter& report) {
   std::error_code error;
   if (!std::filesystem::is_directory(std::filesystem::path(text), error)) {
     report.Add("Directory '%s' isn't valid, ignoring.", std::string(text).c_str());
@@ -337,15 +337,15 @@ bool ParseDirectory(const KeySpec&, std::string_view text, ConfigValue& value, R
   return true;
 }
 
-bool ParseText(const KeySpec&, std::string_view text, ConfigValue& value, Reporter&) {
+bool ParseText(const KeyEntry&, std::string_view text, ConfigValue& value, Reporter&) {
   value = std::string(text);
   return true;
 }
 
 // "switch[, file name]": 0 off, 1 on, 2 on with every entry time-stamped; a
 // missing file name keeps the current one.
-bool ParseLog(const KeySpec& spec, std::string_view text, ConfigValue& value, Reporter& report) {
-  LogSpec log = Current<LogSpec>(value);
+bool ParseLog(const KeyEntry& entry, std::string_view text, ConfigValue& value, Reporter& report) {
+  LogSetting log = Current<LogSetting>(value);
   const size_t comma = text.find(',');
   const std::string_view switch_text = TrimAscii(text.substr(0, comma));
   const std::optional<int64_t> number = ParseInteger(switch_text, false);
@@ -353,8 +353,8 @@ bool ParseLog(const KeySpec& spec, std::string_view text, ConfigValue& value, Re
     report.Undefined(switch_text);
     return false;
   }
-  if (!InRange(*number, spec.min, spec.max)) {
-    report.Add("Out-of-range %d (%d..%d)", ToInt32ForMessage(*number), spec.min, spec.max);
+  if (!InRange(*number, entry.min, entry.max)) {
+    report.Add("Out-of-range %d (%d..%d)", ToInt32ForMessage(*number), entry.min, entry.max);
     return false;
   }
   log.enabled = *number != 0;
@@ -367,7 +367,7 @@ bool ParseLog(const KeySpec& spec, std::string_view text, ConfigValue& value, Re
   return true;
 }
 
-using KindParser = bool (*)(const KeySpec&, std::string_view, ConfigValue&, Reporter&);
+using KindParser = bool (*)(const KeyEntry&, std::string_view, ConfigValue&, Reporter&);
 
 // Indexed by ValueKind.
 constexpr KindParser kParsers[] = {
@@ -378,14 +378,14 @@ static_assert(std::size(kParsers) == static_cast<size_t>(ValueKind::kLog) + 1);
 
 }  // namespace
 
-bool ParseConfigValue(const KeySpec& spec, std::string_view text, ConfigValue& value,
+bool ParseConfigValue(const KeyEntry& entry, std::string_view text, ConfigValue& value,
                       std::vector<std::string>& report) {
-  Reporter reporter(spec, report);
+  Reporter reporter(entry, report);
   if (text.empty()) {
     reporter.Add("Parse error, empty field");
     return false;
   }
-  return kParsers[static_cast<size_t>(spec.kind)](spec, text, value, reporter);
+  return kParsers[static_cast<size_t>(entry.kind)](entry, text, value, reporter);
 }
 
 }  // namespace korvanel

@@ -15,7 +15,7 @@ namespace korvanel {
 // `text` is the trimmed value; `value` holds the field's current content on
 // entry, because lists keep it where the text gives nothing usable. Returns
 // true when `value` is to be stored.
-bool ParseConfigValue(const KeySpec& spec, std::string_view text, ConfigValue& value,
+bool ParseConfigValue(const KeyEntry& entry, std::string_view text, ConfigValue& value,
                       std::vector<std::string>& report);
 
 }  // namespace korvanel

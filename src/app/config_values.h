@@ -29,11 +29,11 @@ struct FontSpec {
 
 // A log switch with its file name ("1, qel.log_app.txt"); the file lives in
 // the work path.
-struct LogSpec {
+struct LogSetting {
   bool enabled = false;
   StampMode stamp_mode = StampMode::kSession;
   std::string file_name;
-  friend bool operator==(const LogSpec&, const LogSpec&) = default;
+  friend bool operator==(const LogSetting&, const LogSetting&) = default;
 };
 
 // Enumerations, in the order of their configuration words.
@@ -155,9 +155,9 @@ struct ConfigSystem {
 };
 
 struct ConfigDeveloper {
-  LogSpec debug_load_format_log;
-  LogSpec debug_batch_error_log;
-  LogSpec log_app_msg;
+  LogSetting debug_load_format_log;
+  LogSetting debug_batch_error_log;
+  LogSetting log_app_msg;
   bool save_image_text_hex_c_array = false;
   bool force_thread_per_core = false;
   bool favor_low_mem_over_speed = false;

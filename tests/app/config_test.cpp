@@ -66,13 +66,13 @@ TEST(ConfigDefaults, DefaultTextsGiveTheBuiltInValues) {
   EXPECT_EQ(v.system.max_process_threads, 0);
   EXPECT_EQ(v.system.app_close_prompt, ClosePrompt::kNewCreatedImage);
   EXPECT_TRUE(v.system.auto_file_naming);
-  EXPECT_EQ(v.developer.log_app_msg, (LogSpec{true, StampMode::kSession, "qel.log_app.txt"}));
+  EXPECT_EQ(v.developer.log_app_msg, (LogSetting{true, StampMode::kSession, "qel.log_app.txt"}));
   EXPECT_EQ(v.developer.debug_batch_error_log.file_name, "qel.log_batch.txt");
   EXPECT_EQ(v.developer.debug_load_format_log.file_name, "qel.log_fmt.txt");
 }
 
 TEST(ConfigDefaults, KeysAreUniqueWithinTheirSection) {
-  const std::span<const KeySpec> keys = ConfigKeys();
+  const std::span<const KeyEntry> keys = ConfigKeys();
   for (size_t i = 0; i < keys.size(); ++i) {
     for (size_t j = i + 1; j < keys.size(); ++j) {
       EXPECT_FALSE(keys[i].section == keys[j].section && std::string(keys[i].key) == keys[j].key)
@@ -249,12 +249,12 @@ INSTANTIATE_TEST_SUITE_P(
         Accepted{
             "[developer]\nlog_app_msg=2, my.log",
             [](auto& v) {
-              return v.developer.log_app_msg == LogSpec{true, StampMode::kEveryEntry, "my.log"};
+              return v.developer.log_app_msg == LogSetting{true, StampMode::kEveryEntry, "my.log"};
             }},
         Accepted{"[developer]\ndebug_load_format_log = 0",
                  [](auto& v) {
                    return v.developer.debug_load_format_log ==
-                          LogSpec{false, StampMode::kSession, "qel.log_fmt.txt"};
+                          LogSetting{false, StampMode::kSession, "qel.log_fmt.txt"};
                  }},
         Accepted{"[dialog_ruler]\ncrd_image=5, 6\ncfg_type=image",
                  [](auto& v) {
