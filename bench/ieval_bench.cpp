@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "frame_bytes.h"
 #include "image/image_gray.h"
 #include "ops/ieval_operation.h"
 #include "ops/worker_pool.h"
@@ -24,26 +25,12 @@ const char* const kExpressions[] = {
     "{(i[x-1,y]+i[x+1,y]+i[x,y-1]+i[x,y+1])/4}",
 };
 
-// A frame of pseudo-random bytes (the same on every run), or the raw file
-// named by KORVANEL_BENCH_FRAME1/2 so that the comparison script can feed
-// every program the same images.
+// The frames of the comparison script, or pseudo-random ones.
 std::unique_ptr<CImageGray> Frame(uint32_t seed, const char* variable) {
-  std::vector<uint8_t> bytes(size_t{kWidth} * kHeight);
-  const char* path = std::getenv(variable);
-  std::FILE* file = path != nullptr ? std::fopen(path, "rb") : nullptr;
-  if (file != nullptr) {
-    const size_t read = std::fread(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
-    if (read != bytes.size()) return nullptr;
-  } else {
-    uint32_t state = seed;
-    for (uint8_t& b : bytes) {
-      state = state * 1664525u + 1013904223u;
-      b = static_cast<uint8_t>(state >> 24);
-    }
-  }
+  std::optional<std::vector<uint8_t>> bytes = bench::FrameBytes(size_t{kWidth} * kHeight, seed, variable);
+  if (!bytes) return nullptr;
   auto image = std::make_unique<CImageGray>();
-  if (!image->Load(bytes.data(), bytes.size(), kWidth, kHeight, "Y", 8)) return nullptr;
+  if (!image->Load(bytes->data(), bytes->size(), kWidth, kHeight, "Y", 8)) return nullptr;
   return image;
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <thread>
 
+#include "frame_bytes.h"
 #include "image/format_parser.h"
 #include "image/image_factory.h"
 #include "ops/convert_operation.h"
@@ -38,21 +39,11 @@ std::unique_ptr<CImageConcreteBase> Frame(const char* format, uint32_t seed) {
   // An empty image of the format tells the frame's size.
   const auto empty = LoadWithFormat(f, nullptr, 0, kWidth, kHeight, log);
   if (!empty) return nullptr;
-  std::vector<uint8_t> bytes(empty->GetRawByteSize());
-  const char* path = std::getenv("KORVANEL_BENCH_NV12");
-  std::FILE* file = path != nullptr && std::string(format) == "PI,YYYYUV,8" ? std::fopen(path, "rb") : nullptr;
-  if (file != nullptr) {
-    const size_t read = std::fread(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
-    if (read != bytes.size()) return nullptr;
-  } else {
-    uint32_t state = seed;
-    for (uint8_t& b : bytes) {
-      state = state * 1664525u + 1013904223u;
-      b = static_cast<uint8_t>(state >> 24);
-    }
-  }
-  return LoadWithFormat(f, bytes.data(), bytes.size(), kWidth, kHeight, log);
+  const bool nv12 = std::string(format) == "PI,YYYYUV,8";
+  std::optional<std::vector<uint8_t>> bytes =
+      bench::FrameBytes(empty->GetRawByteSize(), seed, nv12 ? "KORVANEL_BENCH_NV12" : nullptr);
+  if (!bytes) return nullptr;
+  return LoadWithFormat(f, bytes->data(), bytes->size(), kWidth, kHeight, log);
 }
 
 WorkerPool* Pool(bool parallel) {

@@ -13,14 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider input(data, size);
   const std::string name = input.ConsumeRandomLengthString(255);
   const std::string text = input.ConsumeRemainingBytesAsString();
-  std::vector<std::string> lines;
-  size_t start = 0;
-  while (start <= text.size()) {
-    const size_t end = text.find('\n', start);
-    lines.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
-    if (end == std::string::npos) break;
-    start = end + 1;
-  }
+  const std::vector<std::string> lines = korvanel::SplitKeepingEmpty(text, "\n");
   std::vector<korvanel::FormatGroup> groups;
   korvanel::CNullLineSink log;
   korvanel::ParseFormatsLines(lines, groups, log);

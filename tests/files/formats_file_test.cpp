@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "image/text_util.h"
 #include "support/collecting_sink.h"
 #include "support/temp_dir.h"
 
@@ -10,17 +11,7 @@ namespace {
 
 using test::CollectingSink;
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  size_t start = 0;
-  while (start <= text.size()) {
-    const size_t end = text.find('\n', start);
-    lines.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
-    if (end == std::string::npos) break;
-    start = end + 1;
-  }
-  return lines;
-}
+std::vector<std::string> Lines(const std::string& text) { return SplitKeepingEmpty(text, "\n"); }
 
 TEST(FormatsFile, ParsesGroupsWithCapturesAndFixedSizes) {
   const std::string text =
