@@ -25,6 +25,14 @@ std::optional<size_t> ResolveImage(const AppState& app, const ParsedCommand& c, 
   return app.Images().ResolveHkReference(ShownReference(c, position));
 }
 
+// A command's own outcome, shown as the viewer would show it; a failure ends
+// the run.
+bool ReportOutcome(AppState& app, const CommandOutcome& outcome) {
+  ShowOutcome(app, outcome);
+  if (!outcome.done) app.SetBatchFailed(true);
+  return outcome.done;
+}
+
 // --- open ------------------------------------------------------------------------
 
 // Rules for an open with a forced size, format or both.
@@ -218,9 +226,9 @@ bool RunDiff(AppState& app, const ParsedCommand& c) {
   }
   app.ForceComparison({*left, *right});
   // The kind names of the command map onto the routine code bits directly.
-  const bool ok = DiffComparison(app, static_cast<uint32_t>(c.diff_kind), true);
+  // Told before leaving the comparison, whose focus change rewrites the status.
+  const bool ok = ReportOutcome(app, DiffComparison(app, static_cast<uint32_t>(c.diff_kind)));
   app.LeaveCompareMode();
-  if (!ok) app.SetBatchFailed(true);
   return ok;
 }
 
@@ -236,7 +244,8 @@ bool RunFilter(AppState& app, const ParsedCommand& c) {
   command.all_components = c.all_components;
   command.target = c.separate_components ? FilterTarget::SeparateComponents : FilterTarget::Image;
   command.index = *index;
-  switch (RunFilterCommand(app, command, false)) {
+  const FilterResult result = RunFilterCommand(app, command);
+  switch (result.status) {
     case FilterOutcome::Applied: return true;
     case FilterOutcome::BadExpression:
       app.ReportBatchError("Can't filter: illegal expression (%s or %s)\n", c.filter_expression.c_str(),
@@ -247,13 +256,9 @@ bool RunFilter(AppState& app, const ParsedCommand& c) {
                            static_cast<int>(app.Images().At(*index).image->GetBitsPerComponent()));
       return false;
     case FilterOutcome::NoSlots:
-      app.ShowMessage("Filter colors error: not enough free image slots", "Filter colors error");
-      app.SetBatchFailed(true);
-      return false;
     case FilterOutcome::Failed: break;
   }
-  app.SetBatchFailed(true);
-  return false;
+  return ReportOutcome(app, result.outcome);
 }
 
 // --- saving ----------------------------------------------------------------------
@@ -319,9 +324,9 @@ bool RunConvert(AppState& app, const ParsedCommand& c) {
     if (parts.size() == 4) command.offset_text = parts[2] + "," + parts[3];
     command.tiled = c.resize_tiled;
   }
-  std::string error;
-  if (RunConvertCommand(app, command, false, error)) return true;
-  app.ReportBatchError("Convert error: %s\n", error.c_str());
+  const CommandOutcome outcome = RunConvertCommand(app, command);
+  if (outcome.done) return true;
+  app.ReportBatchError("Convert error: %s\n", outcome.text.c_str());
   return false;
 }
 

@@ -13,12 +13,6 @@ namespace korvanel {
 
 namespace {
 
-bool Fail(AppState& app, bool report, std::string& error, std::string message, const char* title) {
-  if (report) app.ShowMessage(message, title);
-  error = std::move(message);
-  return false;
-}
-
 std::string ConvertedName(const ImageRecord& record) {
   const PathParts parts = SplitPath(record.path.empty() ? record.display_name : record.path);
   return "Converted_Copy_" + parts.stem + (parts.has_extension ? "." + parts.extension : "");
@@ -26,17 +20,16 @@ std::string ConvertedName(const ImageRecord& record) {
 
 }  // namespace
 
-bool RunConvertCommand(AppState& app, const ConvertCommand& command, bool report, std::string& error) {
-  error.clear();
-  if (command.index >= app.Images().Count()) return Fail(app, report, error, "No image to convert", "Convert");
+CommandOutcome RunConvertCommand(AppState& app, const ConvertCommand& command) {
+  if (command.index >= app.Images().Count()) return CommandOutcome::Failed("No image to convert", "Convert");
   const ImageRecord& record = app.Images().At(command.index);
   const auto& source = dynamic_cast<const CImageConcreteBase&>(*record.image);
 
   FormatGroup parsed;
   CNullLineSink quiet;
   if (!ParseFormatLine("[.*]," + ToUpperAscii(command.target_text), 0, parsed, quiet)) {
-    return Fail(app, report, error, StrFormat("Illegal format '%s'", command.target_text.c_str()),
-                "Image format string parse error");
+    return CommandOutcome::Failed(StrFormat("Illegal format '%s'", command.target_text.c_str()),
+                                  "Image format string parse error");
   }
   ConvertRequest request;
   request.target = parsed.formats[0];
@@ -54,18 +47,17 @@ bool RunConvertCommand(AppState& app, const ConvertCommand& command, bool report
     std::string message;
     request.resize = true;
     if (!ParseNewSize(command.size_text, sw, sh, request.size, message)) {
-      return Fail(app, report, error, message, "Parse image size error");
+      return CommandOutcome::Failed(message, "Parse image size error");
     }
     if (!ParseBaseOffset(command.offset_text, sw, sh, request.size, request.offset, message)) {
-      return Fail(app, report, error, message, "Parse base offset error");
+      return CommandOutcome::Failed(message, "Parse base offset error");
     }
     request.tiled = command.tiled;
   }
   if (app.Images().Full()) {
-    return Fail(app, report, error,
-                app.FormatMessage("Too many open images, reached a max of %u",
-                                  static_cast<unsigned>(app.Images().Count())),
-                "Open image error");
+    return CommandOutcome::Failed(app.FormatMessage("Too many open images, reached a max of %u",
+                                                    static_cast<unsigned>(app.Images().Count())),
+                                  "Open image error");
   }
 
   app.StatusMessage("Converting a new image from %s...", record.display_name.c_str());
@@ -77,17 +69,16 @@ bool RunConvertCommand(AppState& app, const ConvertCommand& command, bool report
   ConvertRun run = RunConvert(source, request, app.Jobs(), &progress);
   if (run.run.aborted) {
     app.StatusMessage("Convert: Aborted after %llu ms", static_cast<unsigned long long>(run.run.elapsed_ms));
-    error = "aborted";
-    return false;
+    return CommandOutcome::FailedQuietly("aborted");
   }
-  if (!run.image) return Fail(app, report, error, "Not enough memory for the converted image", "Convert");
+  if (!run.image) return CommandOutcome::Failed("Not enough memory for the converted image", "Convert");
   const IImageContainer* created = run.image.get();
   const size_t index = app.RegisterImage(std::move(run.image), name, format_text, false);
   app.MarkCreatedUnsaved(created);
   app.StatusMessage("Converted new image (%llu ms): Created %s (HK id %u)",
                     static_cast<unsigned long long>(run.run.elapsed_ms), name.c_str(),
                     app.Images().At(index).hk_id);
-  return true;
+  return CommandOutcome::Done();
 }
 
 }  // namespace korvanel

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/app_state.h"
+#include "app/command_outcome.h"
 #include "image/color_transform.h"
 
 namespace korvanel {
@@ -19,8 +20,8 @@ struct ConvertCommand {
   std::optional<ColorTransform> user_transform;  // for the direction the conversion needs
 };
 
-// Creates and registers the converted image. On failure `error` holds the
-// message (also shown, with its title, when `report` is set).
-bool RunConvertCommand(AppState& app, const ConvertCommand& command, bool report, std::string& error);
+// Creates and registers the converted image; a failure comes back as its
+// message and title (an abort as the quiet text "aborted").
+CommandOutcome RunConvertCommand(AppState& app, const ConvertCommand& command);
 
 }  // namespace korvanel

@@ -51,18 +51,12 @@ uint32_t CurrentDiffCode(const AppState& app) {
   return 0;
 }
 
-bool DiffComparison(AppState& app, uint32_t code, bool report) {
-  if (const char* refusal = Refusal(app)) {
-    if (report) app.ShowMessage(refusal, kTitle);
-    return false;
-  }
+CommandOutcome DiffComparison(AppState& app, uint32_t code) {
+  if (const char* refusal = Refusal(app)) return CommandOutcome::Failed(refusal, kTitle);
   if (app.Images().Full()) {
-    if (report) {
-      app.ShowMessage(app.FormatMessage("Too many open images, reached a max of %u",
-                                        static_cast<unsigned>(app.Images().Count())),
-                      kTitle);
-    }
-    return false;
+    return CommandOutcome::Failed(app.FormatMessage("Too many open images, reached a max of %u",
+                                                    static_cast<unsigned>(app.Images().Count())),
+                                  kTitle);
   }
   const ImageRecord& left = app.Images().At(app.ComparisonGroup()[0]);
   const ImageRecord& right = app.Images().At(app.ComparisonGroup()[1]);
@@ -76,14 +70,14 @@ bool DiffComparison(AppState& app, uint32_t code, bool report) {
     app.StatusMessage(diff.run.aborted ? "Diff: Aborted after %llu ms" : "Diff: Finished in %llu ms",
                       static_cast<unsigned long long>(diff.run.elapsed_ms));
   }
-  if (!diff.image) return false;
+  if (!diff.image) return CommandOutcome::FailedQuietly();
   const std::string name = "Diff_" + FileName(left) + " <--> " + FileName(right);
   const IImageContainer* created = diff.image.get();
   app.RegisterImage(std::move(diff.image), name, "P,Y,8", false);
   app.MarkCreatedUnsaved(created);
   app.StatusMessage("Diff: Created difference image %s (%llu ms)", name.c_str(),
                     static_cast<unsigned long long>(diff.run.elapsed_ms));
-  return true;
+  return CommandOutcome::Done();
 }
 
 }  // namespace korvanel

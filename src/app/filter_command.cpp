@@ -1,6 +1,7 @@
 #include "app/filter_command.h"
 
 #include <cstring>
+#include <optional>
 
 #include "app/feedback_progress.h"
 #include "app/new_image_name.h"
@@ -19,24 +20,26 @@ CImageConcreteBase& Image(AppState& app, size_t index) {
   return dynamic_cast<CImageConcreteBase&>(*app.Images().At(index).image);
 }
 
-// Parses the texts for this image's depth and component count.
-bool ParseFor(AppState& app, const CImageConcreteBase& image, const FilterCommand& command,
-              bool report, FilterTables& tables) {
-  FilterParseState state;
-  const uint32_t bits = image.GetBitsPerComponent();
-  if (ParseFilterExpression(command.expression, bits, image.PlaneCount(), tables, state) &&
-      ParseNegationColor(command.negation, tables, state)) {
-    return true;
-  }
-  if (report) app.ShowMessage(FilterErrorText(state), FilterErrorTitle(state));
-  return false;
+FilterResult Refused(FilterOutcome status, std::string text, std::string title) {
+  return {status, CommandOutcome::Failed(std::move(text), std::move(title))};
 }
 
-bool Filterable(AppState& app, const CImageConcreteBase& image, bool report) {
+FilterResult FailedQuietly() { return {FilterOutcome::Failed, CommandOutcome::FailedQuietly()}; }
+
+// Checks the depth and parses the texts for this image's depth and
+// component count; the refusal, if any.
+std::optional<FilterResult> Prepare(const CImageConcreteBase& image, const FilterCommand& command,
+                                    FilterTables& tables) {
   const uint32_t bits = image.GetBitsPerComponent();
-  if (bits == 8 || bits == 16) return true;
-  if (report) app.ShowMessage("Filter colors error: Can't filter 32bpp images", kErrorTitle);
-  return false;
+  if (bits != 8 && bits != 16) {
+    return Refused(FilterOutcome::BadDepth, "Filter colors error: Can't filter 32bpp images", kErrorTitle);
+  }
+  FilterParseState state;
+  if (ParseFilterExpression(command.expression, bits, image.PlaneCount(), tables, state) &&
+      ParseNegationColor(command.negation, tables, state)) {
+    return std::nullopt;
+  }
+  return Refused(FilterOutcome::BadExpression, FilterErrorText(state), FilterErrorTitle(state));
 }
 
 struct Applier {
@@ -61,8 +64,8 @@ std::string ComponentName(const ImageRecord& record, uint32_t component) {
 
 }  // namespace
 
-FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool report) {
-  if (command.index >= app.Images().Count()) return FilterOutcome::Failed;
+FilterResult RunFilterCommand(AppState& app, const FilterCommand& command) {
+  if (command.index >= app.Images().Count()) return FailedQuietly();
   Applier applier{app};
   std::vector<size_t> targets = {command.index};
   if (command.target == FilterTarget::CompareFamily && app.CompareMode() && !app.ComparisonGroup().empty()) {
@@ -79,15 +82,13 @@ FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool
   }
 
   CImageConcreteBase& source = Image(app, targets[0]);
-  if (!Filterable(app, source, report)) return FilterOutcome::BadDepth;
   FilterTables tables;
-  if (!ParseFor(app, source, command, report, tables)) return FilterOutcome::BadExpression;
+  if (std::optional<FilterResult> refusal = Prepare(source, command, tables)) return *refusal;
 
   switch (command.target) {
     case FilterTarget::SeparateComponents: {
       if (app.Images().Count() + 3 > ImageRegistry::kMaxImages) {
-        if (report) app.ShowMessage("Filter colors error: not enough free image slots", kErrorTitle);
-        return FilterOutcome::NoSlots;
+        return Refused(FilterOutcome::NoSlots, "Filter colors error: not enough free image slots", kErrorTitle);
       }
       app.StatusMessage("Applying filter to separate channels...");
       // Names first: registering new images moves the records.
@@ -99,7 +100,7 @@ FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool
         std::unique_ptr<IImageContainer> channel = source.ExtractComponent(c);
         auto* gray = dynamic_cast<CImageConcreteBase*>(channel.get());
         if (gray == nullptr || !applier.Apply(*gray, ComponentTables(tables, c), false, command.expression)) {
-          return FilterOutcome::Failed;
+          return FailedQuietly();
         }
         const IImageContainer* created = channel.get();
         app.RegisterImage(std::move(channel), names[c], "P,Y," + std::to_string(source.GetBitsPerComponent()),
@@ -110,8 +111,7 @@ FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool
     }
     case FilterTarget::NewImage: {
       if (app.Images().Full()) {
-        if (report) app.ShowMessage("Filter colors error: no free image slots", kErrorTitle);
-        return FilterOutcome::NoSlots;
+        return Refused(FilterOutcome::NoSlots, "Filter colors error: no free image slots", kErrorTitle);
       }
       const ImageRecord& record = app.Images().At(command.index);
       const std::string name = MakeNewImageName(record.path.empty() ? record.display_name : record.path, nullptr);
@@ -119,11 +119,9 @@ FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool
       app.StatusMessage("Applying filter to a new image %s...", name.c_str());
       std::unique_ptr<IImageContainer> copy = source.Duplicate(DuplicateArea::WholeImage);
       auto* target = dynamic_cast<CImageConcreteBase*>(copy.get());
-      if (target == nullptr) return FilterOutcome::Failed;
+      if (target == nullptr) return FailedQuietly();
       target->SetRegionOfInterest(source.GetRegionOfInterest());
-      if (!applier.Apply(*target, tables, command.all_components, command.expression)) {
-        return FilterOutcome::Failed;
-      }
+      if (!applier.Apply(*target, tables, command.all_components, command.expression)) return FailedQuietly();
       const IImageContainer* created = copy.get();
       app.RegisterImage(std::move(copy), name, format_text, false);
       app.MarkCreatedUnsaved(created);
@@ -135,15 +133,14 @@ FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool
       for (size_t index : targets) {
         CImageConcreteBase& image = Image(app, index);
         app.StatusMessage("Applying filter to %s", app.Images().At(index).display_name.c_str());
-        if (!Filterable(app, image, report)) return FilterOutcome::BadDepth;
         FilterTables own;
-        if (!ParseFor(app, image, command, report, own)) return FilterOutcome::BadExpression;
-        if (!applier.Apply(image, own, command.all_components, command.expression)) return FilterOutcome::Failed;
+        if (std::optional<FilterResult> refusal = Prepare(image, command, own)) return *refusal;
+        if (!applier.Apply(image, own, command.all_components, command.expression)) return FailedQuietly();
       }
       break;
   }
   app.StatusMessage("Filter: Applied in %llu ms", static_cast<unsigned long long>(applier.elapsed_ms));
-  return FilterOutcome::Applied;
+  return {};
 }
 
 void ClearFilterCommand(AppState& app, size_t index) {

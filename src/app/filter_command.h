@@ -3,6 +3,7 @@
 #include <string>
 
 #include "app/app_state.h"
+#include "app/command_outcome.h"
 
 namespace korvanel {
 
@@ -23,9 +24,16 @@ struct FilterCommand {
 
 enum class FilterOutcome { Applied, BadExpression, BadDepth, NoSlots, Failed };
 
-// Parses and applies a colour filter; with `report` set the user is told
-// what went wrong. The status ends with "Filter: Applied in %llu ms".
-FilterOutcome RunFilterCommand(AppState& app, const FilterCommand& command, bool report);
+// Which way a filter went (the batch executor words some refusals its own
+// way) and the message that tells the user.
+struct FilterResult {
+  FilterOutcome status = FilterOutcome::Applied;
+  CommandOutcome outcome;
+};
+
+// Parses and applies a colour filter. The status ends with
+// "Filter: Applied in %llu ms".
+FilterResult RunFilterCommand(AppState& app, const FilterCommand& command);
 
 // Removes the filter of the image at `index`.
 void ClearFilterCommand(AppState& app, size_t index);

@@ -36,6 +36,15 @@ class CommandsTest : public ::testing::Test {
     app.Images().At(index).image->GetSampleValues(x, y, v);
     return v[c];
   }
+  // The failure as the user would see it; the command itself shows nothing.
+  std::string Shown(const CommandOutcome& outcome) {
+    EXPECT_TRUE(feedback.messages.empty()) << feedback.messages.front();
+    ShowOutcome(app, outcome);
+    if (feedback.messages.empty()) return "";
+    std::string shown = feedback.messages.back();
+    feedback.messages.clear();
+    return shown;
+  }
   bool HasStatus(const std::string& prefix) const {
     for (const std::string& s : feedback.statuses) {
       if (s.rfind(prefix, 0) == 0) return true;
@@ -48,8 +57,9 @@ class CommandsTest : public ::testing::Test {
 };
 
 TEST_F(CommandsTest, DiffPreconditionsInOrder) {
-  EXPECT_FALSE(DiffComparison(app, 0, true));
-  EXPECT_EQ(feedback.messages.back(),
+  CommandOutcome outcome = DiffComparison(app, 0);
+  EXPECT_FALSE(outcome.done);
+  EXPECT_EQ(Shown(outcome),
             "[Diff images error]: Diff error: Must be in compare mode with 2 open images of the same size and type");
   Add(Filled<CImageGray>(8, 4, 2, Zero), "/d/a.y");
   Add(Filled<CImageGray>(8, 4, 3, Zero), "/d/b.y");
@@ -62,13 +72,16 @@ TEST_F(CommandsTest, DiffPreconditionsInOrder) {
   };
   for (const auto& [group, message] : rows) {
     app.ForceComparison(group);
-    EXPECT_FALSE(DiffComparison(app, 0, true));
-    EXPECT_EQ(feedback.messages.back(), std::string("[Diff images error]: ") + message);
+    outcome = DiffComparison(app, 0);
+    EXPECT_FALSE(outcome.done);
+    EXPECT_EQ(Shown(outcome), std::string("[Diff images error]: ") + message);
   }
-  feedback.messages.clear();
-  app.ForceComparison({0, 1});
-  EXPECT_FALSE(DiffComparison(app, 0, false));
-  EXPECT_TRUE(feedback.messages.empty()) << "unreported failures stay silent";
+  for (int i = 0; i < 16; ++i) Add(Filled<CImageGray>(8, 4, 2, Zero), "/d/x" + std::to_string(i));
+  app.ForceComparison({0, 4});
+  outcome = DiffComparison(app, 0);
+  EXPECT_FALSE(outcome.done);
+  EXPECT_EQ(Shown(outcome), "[Diff images error]: Too many open images, reached a max of 20");
+  EXPECT_EQ(app.Images().Count(), 20u);
 }
 
 TEST_F(CommandsTest, DiffCreatesANamedGreyImageOfTheRegion) {
@@ -76,7 +89,7 @@ TEST_F(CommandsTest, DiffCreatesANamedGreyImageOfTheRegion) {
   Add(Filled<CImageGray>(16, 6, 4, Zero), "/e/right.raw");
   ASSERT_TRUE(app.Images().At(0).image->SetRegionOfInterest({1, 1, 3, 2}));
   app.ForceComparison({0, 1});
-  ASSERT_TRUE(DiffComparison(app, CurrentDiffCode(app), true));
+  ASSERT_TRUE(DiffComparison(app, CurrentDiffCode(app)).done);
   ASSERT_EQ(app.Images().Count(), 3u);
   const ImageRecord& diff = app.Images().At(2);
   EXPECT_EQ(diff.display_name, "Diff_left.raw <--> right.raw");
@@ -94,12 +107,12 @@ TEST_F(CommandsTest, DiffRunsOnThePoolFrom2001Pixels) {
   Add(Filled<CImageGray>(8, 40, 50, Ramp), "a");
   Add(Filled<CImageGray>(8, 40, 50, Zero), "b");
   app.ForceComparison({0, 1});
-  ASSERT_TRUE(DiffComparison(app, 1, true));
+  ASSERT_TRUE(DiffComparison(app, 1).done);
   EXPECT_FALSE(HasStatus("Diff: Finished in ")) << "2000 pixels stay on the calling thread";
   Add(Filled<CImageGray>(8, 2001, 1, Ramp), "c");
   Add(Filled<CImageGray>(8, 2001, 1, Zero), "d");
   app.ForceComparison({3, 4});
-  ASSERT_TRUE(DiffComparison(app, 1, true));
+  ASSERT_TRUE(DiffComparison(app, 1).done);
   EXPECT_TRUE(HasStatus("Diff: Finished in "));
   EXPECT_EQ(Sample(5, 2000, 0), Ramp(2000, 0));
   EXPECT_EQ(Sample(2, 39, 49), Ramp(39, 49));
@@ -108,25 +121,24 @@ TEST_F(CommandsTest, DiffRunsOnThePoolFrom2001Pixels) {
 TEST_F(CommandsTest, MaskedDiffAfterAFilter) {
   Add(Filled<CImageGray>(8, 8, 1, Ramp), "a");
   Add(Filled<CImageGray>(8, 8, 1, Zero), "b");
-  ASSERT_EQ(RunFilterCommand(app, {"0-3", "", false, FilterTarget::Image, 0}, true), FilterOutcome::Applied);
-  ASSERT_EQ(RunFilterCommand(app, {"*", "", false, FilterTarget::Image, 1}, true), FilterOutcome::Applied);
+  ASSERT_TRUE(RunFilterCommand(app, {"0-3", "", false, FilterTarget::Image, 0}).outcome.done);
+  ASSERT_TRUE(RunFilterCommand(app, {"*", "", false, FilterTarget::Image, 1}).outcome.done);
   app.ForceComparison({0, 1});
-  ASSERT_TRUE(DiffComparison(app, 3, true));
+  ASSERT_TRUE(DiffComparison(app, 3).done);
   EXPECT_EQ(Sample(2, 3, 0), 3u);
   EXPECT_EQ(Sample(2, 5, 0), 0u) << "masked out: not written";
 }
 
 TEST_F(CommandsTest, FilterTargetsAndTheirTexts) {
   Add(Filled<CImageRgb>(8, 4, 4, Ramp), "/p/cam.rgb");
-  ASSERT_EQ(RunFilterCommand(app, {"*-5", "9", true, FilterTarget::Image, 0}, true), FilterOutcome::Applied);
+  ASSERT_TRUE(RunFilterCommand(app, {"*-5", "9", true, FilterTarget::Image, 0}).outcome.done);
   EXPECT_TRUE(HasStatus("Applying filter on image..."));
   EXPECT_TRUE(HasStatus("Applying filter to /p/cam.rgb"));
   EXPECT_TRUE(HasStatus("Filter: Applied in "));
   EXPECT_EQ(Sample(0, 3, 3), 9u);
   EXPECT_EQ(Sample(0, 1, 1), 4u);
 
-  ASSERT_EQ(RunFilterCommand(app, {"0;1-*;2", "", false, FilterTarget::SeparateComponents, 0}, true),
-            FilterOutcome::Applied);
+  ASSERT_TRUE(RunFilterCommand(app, {"0;1-*;2", "", false, FilterTarget::SeparateComponents, 0}).outcome.done);
   ASSERT_EQ(app.Images().Count(), 4u);
   EXPECT_EQ(app.Images().At(1).display_name, "New_Copy_cam_R.rgb");
   EXPECT_EQ(app.Images().At(3).display_name, "New_Copy_cam_B.rgb");
@@ -134,7 +146,7 @@ TEST_F(CommandsTest, FilterTargetsAndTheirTexts) {
   EXPECT_EQ(Sample(2, 1, 0), 1u);  // G kept 1-*: the source's shown value was 1
   EXPECT_EQ(Sample(1, 1, 0), 0u);  // R kept only 0
 
-  ASSERT_EQ(RunFilterCommand(app, {"*", "", false, FilterTarget::NewImage, 0}, true), FilterOutcome::Applied);
+  ASSERT_TRUE(RunFilterCommand(app, {"*", "", false, FilterTarget::NewImage, 0}).outcome.done);
   EXPECT_TRUE(HasStatus("Applying filter to a new image New_Copy_cam.rgb..."));
   EXPECT_EQ(app.Images().At(4).display_name, "New_Copy_cam.rgb");
 
@@ -145,21 +157,40 @@ TEST_F(CommandsTest, FilterTargetsAndTheirTexts) {
 
 TEST_F(CommandsTest, FilterRefusals) {
   Add(Filled<CImageGray>(32, 2, 2, Zero), "deep");
-  EXPECT_EQ(RunFilterCommand(app, {"*", "", false, FilterTarget::Image, 0}, true), FilterOutcome::BadDepth);
-  EXPECT_EQ(feedback.messages.back(), "[Filter colors error]: Filter colors error: Can't filter 32bpp images");
   Add(Filled<CImageRgb>(8, 2, 2, Zero), "rgb");
-  EXPECT_EQ(RunFilterCommand(app, {"1;2", "", false, FilterTarget::Image, 1}, true), FilterOutcome::BadExpression);
-  EXPECT_EQ(feedback.messages.back(), "[Colors parse error]: Please make sure you supply 1 or 3 comma separated components");
-  EXPECT_EQ(RunFilterCommand(app, {"*", "1,2", false, FilterTarget::Image, 1}, true), FilterOutcome::BadExpression);
-  EXPECT_EQ(feedback.messages.back(),
-            "[Negate color parse error]: Please make sure you supply 1 or 3 comma separated components");
+  struct Row {
+    FilterCommand command;
+    FilterOutcome status;
+    const char* shown;
+  };
+  const Row rows[] = {
+      {{"*", "", false, FilterTarget::Image, 0}, FilterOutcome::BadDepth,
+       "[Filter colors error]: Filter colors error: Can't filter 32bpp images"},
+      {{"1;2", "", false, FilterTarget::Image, 1}, FilterOutcome::BadExpression,
+       "[Colors parse error]: Please make sure you supply 1 or 3 comma separated components"},
+      {{"*", "1,2", false, FilterTarget::Image, 1}, FilterOutcome::BadExpression,
+       "[Negate color parse error]: Please make sure you supply 1 or 3 comma separated components"},
+      {{"*", "", false, FilterTarget::SeparateComponents, 0}, FilterOutcome::BadDepth,
+       "[Filter colors error]: Filter colors error: Can't filter 32bpp images"},
+  };
+  for (const Row& row : rows) {
+    const FilterResult result = RunFilterCommand(app, row.command);
+    EXPECT_EQ(result.status, row.status) << row.shown;
+    EXPECT_FALSE(result.outcome.done);
+    EXPECT_EQ(Shown(result.outcome), row.shown);
+  }
   for (int i = 0; i < 17; ++i) Add(Filled<CImageGray>(8, 1, 1, Zero), "x" + std::to_string(i));
-  EXPECT_EQ(RunFilterCommand(app, {"*", "", false, FilterTarget::SeparateComponents, 1}, true),
-            FilterOutcome::NoSlots);
-  EXPECT_EQ(feedback.messages.back(), "[Filter colors error]: Filter colors error: not enough free image slots");
+  FilterResult result = RunFilterCommand(app, {"*", "", false, FilterTarget::SeparateComponents, 1});
+  EXPECT_EQ(result.status, FilterOutcome::NoSlots);
+  EXPECT_EQ(Shown(result.outcome), "[Filter colors error]: Filter colors error: not enough free image slots");
   Add(Filled<CImageGray>(8, 1, 1, Zero), "full");
-  EXPECT_EQ(RunFilterCommand(app, {"*", "", false, FilterTarget::NewImage, 1}, true), FilterOutcome::NoSlots);
-  EXPECT_EQ(feedback.messages.back(), "[Filter colors error]: Filter colors error: no free image slots");
+  result = RunFilterCommand(app, {"*", "", false, FilterTarget::NewImage, 1});
+  EXPECT_EQ(result.status, FilterOutcome::NoSlots);
+  EXPECT_EQ(Shown(result.outcome), "[Filter colors error]: Filter colors error: no free image slots");
+  result = RunFilterCommand(app, {"*", "", false, FilterTarget::Image, 30});
+  EXPECT_EQ(result.status, FilterOutcome::Failed);
+  EXPECT_EQ(Shown(result.outcome), "") << "no image: nothing to tell";
+  EXPECT_EQ(app.Images().Count(), 20u);
 }
 
 }  // namespace
@@ -170,23 +201,25 @@ namespace {
 
 TEST_F(CommandsTest, ConvertReportsEachParseFailureUnderItsTitle) {
   Add(Filled<CImageGray>(8, 4, 4, Ramp), "/p/frame.y8");
-  std::string error;
   ConvertCommand command;
   command.target_text = "P,Q,8";
-  EXPECT_FALSE(RunConvertCommand(app, command, true, error));
-  EXPECT_EQ(feedback.messages.back(), "[Image format string parse error]: Illegal format 'P,Q,8'");
+  CommandOutcome outcome = RunConvertCommand(app, command);
+  EXPECT_FALSE(outcome.done);
+  EXPECT_EQ(outcome.text, "Illegal format 'P,Q,8'") << "the batch line quotes the text alone";
+  EXPECT_EQ(Shown(outcome), "[Image format string parse error]: Illegal format 'P,Q,8'");
   command.target_text = "I,RGB,8";
   command.resize = true;
   command.size_text = "w*2";
-  EXPECT_FALSE(RunConvertCommand(app, command, true, error));
-  EXPECT_EQ(feedback.messages.back(),
+  EXPECT_EQ(Shown(RunConvertCommand(app, command)),
             "[Parse image size error]: No new size is entered or semi-colon(;) separator not found");
   command.size_text = "w*2;h";
   command.offset_text = "9,0";
-  EXPECT_FALSE(RunConvertCommand(app, command, true, error));
-  EXPECT_EQ(feedback.messages.back().rfind("[Parse base offset error]: The new size 8x4 is larger", 0), 0u);
+  EXPECT_EQ(Shown(RunConvertCommand(app, command)).rfind("[Parse base offset error]: The new size 8x4 is larger", 0),
+            0u);
   command.offset_text = "";
-  ASSERT_TRUE(RunConvertCommand(app, command, true, error)) << error;
+  outcome = RunConvertCommand(app, command);
+  ASSERT_TRUE(outcome.done) << outcome.text;
+  EXPECT_TRUE(feedback.messages.empty());
   EXPECT_EQ(app.Images().At(1).display_name, "Converted_Copy_frame.y8");
   EXPECT_EQ(app.Images().At(1).format_text, "I,RGB,8");
   EXPECT_TRUE(HasStatus("Converting a new image from /p/frame.y8..."));
