@@ -287,17 +287,26 @@ bool ExportPngOf(AppState& app, size_t index, const ParsedCommand& c) {
   return ExportPngAt(app, index, SaveOptionsOf(c));
 }
 
-constexpr char kCantSave[] = "Can't save image: invalid image index (%d)\n";
-constexpr char kCantSaveStatistics[] = "Can't save image statistics: invalid image index (%d)\n";
-constexpr char kCantExportPng[] = "Can't export image to PNG: invalid image index (%d)\n";
+constexpr char kCantSave[] = "Can't save image";
+constexpr char kCantSaveStatistics[] = "Can't save image statistics";
+constexpr char kCantExportPng[] = "Can't export image to PNG";
+
+// Without a window nobody can be asked for a file name.
+bool NeedsForcedName(const AppState& app, const ParsedCommand& c) {
+  return c.path.empty() && !app.AutoFileNaming() && app.BatchConsoleMode();
+}
 
 // -s, -sst and -spng: one image by reference. A save that did not happen has
 // shown its own message; the run fails.
-template <const char* InvalidIndex, bool (*Operation)(AppState&, size_t, const ParsedCommand&)>
+template <const char* What, bool (*Operation)(AppState&, size_t, const ParsedCommand&)>
 bool RunSaving(AppState& app, const ParsedCommand& c) {
   const std::optional<size_t> index = ResolveImage(app, c);
   if (!index) {
-    app.ReportBatchError(InvalidIndex, ShownReference(c));
+    app.ReportBatchError("%s: invalid image index (%d)\n", What, ShownReference(c));
+    return false;
+  }
+  if (NeedsForcedName(app, c)) {
+    app.ReportBatchError("%s: automatic file naming is off, add 'name <path>' to name the output file\n", What);
     return false;
   }
   const bool done = Operation(app, *index, c);

@@ -97,5 +97,38 @@ TEST_F(SaveBatch, InvalidReferencesAndNamesWithBlanks) {
   EXPECT_EQ(File("out dir/x.txt").substr(0, 41), "Image Y8: <0,0> .. <3,1> : 4x2 (8 pixels)");
 }
 
+// Regression: with automatic naming off a window-less save ended the run with
+// status 255 and not a word; nobody can be asked for a name there.
+TEST_F(SaveBatch, AutoNamingOffWithoutANameFailsWithAMessage) {
+  const test::ProgramRunner unnamed(dir, "[system]\nwork_path = " + dir.path().string() +
+                                             "\nauto_file_naming = 0\n[developer]\n"
+                                             "debug_batch_error_log = 1, batch.log\n");
+  struct Row {
+    const char* save;
+    const char* line;
+  };
+  const Row rows[] = {
+      {"-s", "Can't save image: automatic file naming is off, add 'name <path>' to name the output file\n"},
+      {"-sst", "Can't save image statistics: automatic file naming is off, add 'name <path>' to name the output file\n"},
+      {"-spng", "Can't export image to PNG: automatic file naming is off, add 'name <path>' to name the output file\n"},
+  };
+  for (const Row& row : rows) {
+    const ProgramRun run = unnamed.Run({"a.y8", "-fmt", "P,Y,8", "-dims", "4x2", row.save, "-q"});
+    EXPECT_EQ(run.status, 255) << row.save;
+    EXPECT_EQ(run.output, std::string("Loading image a.y8...\n") + row.line);
+  }
+  const std::string log = File("batch.log");
+  for (const Row& row : rows) EXPECT_NE(log.find(row.line), std::string::npos) << log;
+  EXPECT_FALSE(std::filesystem::exists(dir / "a.4x2.y8"));
+  EXPECT_FALSE(std::filesystem::exists(dir / "a.stat.txt"));
+  EXPECT_FALSE(std::filesystem::exists(dir / "a.png"));
+
+  const ProgramRun named = unnamed.Run({"a.y8", "-fmt", "P,Y,8", "-dims", "4x2", "-s", "name", "given.raw",
+                                        "-spng", "name", "given.png", "-q"});
+  EXPECT_EQ(named.status, 0) << named.output;
+  EXPECT_EQ(File("given.raw"), "ABCDEFGH");
+  EXPECT_TRUE(std::filesystem::exists(dir / "given.png"));
+}
+
 }  // namespace
 }  // namespace korvanel
