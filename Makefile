@@ -8,7 +8,7 @@ TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|IEval|Unpack
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 
-.PHONY: all bootstrap build run test bench sanitize tsan fuzz clean
+.PHONY: all bootstrap build run test bench sanitize tsan fuzz fuzz-build fuzz-merge clean
 
 all: build
 
@@ -37,12 +37,20 @@ sanitize: bootstrap
 	cmake --build $(ASAN_BUILD)
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j2
 
-# Every libFuzzer target for FUZZ_SECONDS each over its seed corpus; fails on
-# the first finding.
-fuzz: bootstrap
+# The libFuzzer targets (clang, ASan + UBSan).
+fuzz-build: bootstrap
 	CXX=clang++ $(CMAKE_GEN) -S . -B $(FUZZ_BUILD) -DKORVANEL_FUZZ=ON -DKORVANEL_TESTS=OFF -DKORVANEL_BENCH=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo
 	cmake --build $(FUZZ_BUILD)
+
+# Every libFuzzer target for FUZZ_SECONDS each over its seeds and corpus; fails
+# on the first finding. New inputs are kept in $(FUZZ_BUILD)/fuzz/found/.
+fuzz: fuzz-build
 	scripts/run_fuzzers $(FUZZ_BUILD)/fuzz $(FUZZ_SECONDS)
+
+# Folds the inputs `make fuzz` found into fuzz/corpus/, minimised with
+# -merge=1 against the hand-written seeds in fuzz/seeds/.
+fuzz-merge: fuzz-build
+	scripts/merge_fuzz_corpus $(FUZZ_BUILD)/fuzz
 
 # The threaded parts (pool, jobs, I-Eval runs) under ThreadSanitizer.
 tsan: bootstrap
