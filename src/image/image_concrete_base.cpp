@@ -102,9 +102,9 @@ bool CImageConcreteBase::Save(const SaveRequest& request) {
 namespace {
 
 // Grey sections are "Luma-N"; three-component ones take the letter of their
-// plane from the type name ("RGB", "YUV").
+// plane from the family ("RGB", "YUV").
 char StatisticsLetter(const IImageContainer& image, uint32_t component) {
-  return image.ComponentCount() == 1 ? 0 : image.TypeName()[component];
+  return image.ComponentCount() == 1 ? 0 : FamilyLetters(ColorKindOf(image))[component];
 }
 
 HistogramChannel ChannelOf(const ComponentStatistics& stats) {

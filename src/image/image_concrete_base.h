@@ -5,6 +5,7 @@
 
 #include "image/display_rendition.h"
 #include "image/filter_tables.h"
+#include "image/format_expression.h"
 #include "image/histogram_result.h"
 #include "image/image_container.h"
 #include "image/parallel_runner.h"
@@ -20,7 +21,7 @@ class CImageConcreteBase : public IImageContainer {
  public:
   ~CImageConcreteBase() override;
 
-  // Slot 1 stays with the kinds. Slots whose work is not available yet refuse.
+  // Load stays with the kinds. Operations whose work is not available yet refuse.
   std::unique_ptr<IImageContainer> Duplicate(DuplicateArea area) const override;
   std::unique_ptr<IImageContainer> ExtractComponent(uint32_t index) const override;
   bool ImportRgb32(uint32_t reserved, const uint32_t* pixels) override;
@@ -87,6 +88,11 @@ class CImageConcreteBase : public IImageContainer {
   // or their count does not suit the kind.
   bool AdoptPlanes(std::vector<Plane> planes);
 
+  // Takes the layout that a created image's format text names, so that the
+  // image is saved "in its original packing" as that text says. Grey images
+  // have only one layout.
+  virtual void DescribeLayout(const FormatExpression& format) { (void)format; }
+
   // Threads the next Load may spread its unpacking over; null: none.
   void SetParallelRunner(IParallelRunner* runner) { runner_ = runner; }
 
@@ -97,9 +103,9 @@ class CImageConcreteBase : public IImageContainer {
 
   // An empty image of the same class carrying the same layout description.
   virtual std::unique_ptr<CImageConcreteBase> NewEmptyLike() const = 0;
-  // The rendition of the planes (slot 5 keeps it until the next refresh).
+  // The rendition of the planes (BuildDisplay keeps it until the next refresh).
   virtual bool RenderDisplay(DisplayRendition& out) const = 0;
-  // Planes, letters and own layout for the writer of slot 10.
+  // Planes, letters and own layout for the writer behind Save.
   virtual WriterLayout DescribeForWriter() const = 0;
   // Size of one frame as the file holds it.
   virtual uint64_t ComputeRawByteSize() const;

@@ -10,9 +10,10 @@ class CImageRgb : public CImageConcreteBase {
   CImageRgb() = default;
   bool Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
             std::string_view layout, int32_t bpp) override;
-  const char* TypeName() const override { return "RGB"; }
+  const char* TypeName() const override { return KindTypeName(ColorKind::Rgb); }
   std::string FormatLabel() const override;
   uint32_t ComponentCount() const override { return 3; }
+  void DescribeLayout(const FormatExpression& format) override;
 
   // Decoded pictures (not raw files) carry this mark.
   void SetFromPicture(bool from_picture) { from_picture_ = from_picture; }
