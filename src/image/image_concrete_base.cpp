@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "image/format_expression.h"
+#include "image/format_label.h"
 #include "image/image_filter.h"
 #include "image/image_gray.h"
 #include "image/output_buffer.h"
@@ -93,6 +94,12 @@ bool CImageConcreteBase::Resize(uint32_t, uint32_t, const Rect&, ResizeMode) { r
 bool CImageConcreteBase::CopyPixelsOut(void*, uint32_t, const Rect*) const { return false; }
 
 bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
+
+std::string CImageConcreteBase::FormatLabel() const {
+  static constexpr const char* kGrayLabels[] = {"Y8", "Y16", "Y32"};
+  static constexpr const char* kRgbLabels[] = {"RGBx8", "RGBx16", "RGBx32"};
+  return LabelForBits(kind_ == ColorKind::Rgb ? kRgbLabels : kGrayLabels, bits_);
+}
 
 bool CImageConcreteBase::Save(const SaveRequest& request) {
   if (planes_.empty()) return false;

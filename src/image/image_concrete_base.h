@@ -45,8 +45,15 @@ class CImageConcreteBase : public IImageContainer {
   void GetViewPosition(uint32_t& x, uint32_t& y) const override;
   uint32_t GetBitsPerComponent() const override { return bits_; }
   uint64_t GetRawByteSize() const override { return raw_byte_size_; }
+  // The kinds differ here only by their colour family.
+  const char* TypeName() const override { return KindTypeName(kind_); }
+  // The grey and RGB labels; the YUV classes label their sampling instead.
+  std::string FormatLabel() const override;
+  uint32_t ComponentCount() const override { return kind_ == ColorKind::Gray ? 1 : 3; }
   bool IsSelected(int64_t x, int64_t y) const override;
   bool AlignToChromaGrid(Rect& region) const override;
+
+  ColorKind Kind() const { return kind_; }
 
   void* OwnerData1() const { return owner_data_[0]; }
   void* OwnerData2() const { return owner_data_[1]; }
@@ -97,7 +104,7 @@ class CImageConcreteBase : public IImageContainer {
   void SetParallelRunner(IParallelRunner* runner) { runner_ = runner; }
 
  protected:
-  CImageConcreteBase() = default;
+  explicit CImageConcreteBase(ColorKind kind) : kind_(kind) {}
   CImageConcreteBase(const CImageConcreteBase&) = delete;
   CImageConcreteBase& operator=(const CImageConcreteBase&) = delete;
 
@@ -123,6 +130,7 @@ class CImageConcreteBase : public IImageContainer {
   // Keeps the loaded planes with the file's byte count and byte order.
   void FinishLoad(std::vector<Plane> planes, uint64_t byte_count, int32_t bpp);
 
+  const ColorKind kind_;
   uint32_t bits_ = 0;
   uint32_t width_ = 0;
   uint32_t height_ = 0;

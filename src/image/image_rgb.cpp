@@ -5,15 +5,10 @@
 
 #include "image/display_conversion.h"
 #include "image/format_expression.h"
-#include "image/format_label.h"
 #include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
 
 namespace korvanel {
-
-namespace {
-constexpr const char* kRgbLabels[] = {"RGBx8", "RGBx16", "RGBx32"};
-}  // namespace
 
 namespace {
 
@@ -33,8 +28,6 @@ bool ParseLetterOrder(std::string_view letters, uint32_t order[3]) {
 
 }  // namespace
 
-// Interleaved files name the sample order of a pixel in one token ("BGR");
-// planar files name the planes in file order, one letter per token ("B G R").
 bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
                      std::string_view layout, int32_t bpp) {
   const ComponentLayout components = ReadComponentLayout(layout, ColorKind::Rgb);
@@ -73,8 +66,6 @@ void CImageRgb::DescribeLayout(const FormatExpression& format) {
   letters_ = format.components.letters;
   planar_ = format.packing == Packing::Planar;
 }
-
-std::string CImageRgb::FormatLabel() const { return LabelForBits(kRgbLabels, bits_); }
 
 std::unique_ptr<CImageConcreteBase> CImageRgb::NewEmptyLike() const {
   auto out = std::make_unique<CImageRgb>();

@@ -57,13 +57,12 @@ extern const std::array<const YuvSampling*, 4> kYuvLoadOrder;
 class CImageYuv : public CImageConcreteBase {
  public:
   CImageYuv() : CImageYuv(kYuvGeneral) {}
-  explicit CImageYuv(const YuvSampling& sampling) : sampling_(&sampling) {}
+  explicit CImageYuv(const YuvSampling& sampling)
+      : CImageConcreteBase(ColorKind::Yuv), sampling_(&sampling) {}
 
   bool Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
             std::string_view layout, int32_t bpp) override;
-  const char* TypeName() const override { return KindTypeName(ColorKind::Yuv); }
   std::string FormatLabel() const override;
-  uint32_t ComponentCount() const override { return 3; }
   bool AlignToChromaGrid(Rect& region) const override;
   void DescribeLayout(const FormatExpression& format) override;
 
