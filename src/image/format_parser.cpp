@@ -25,10 +25,11 @@ std::string_view DropThroughComma(std::string_view text) {
   return comma == std::string_view::npos ? std::string_view{} : text.substr(comma + 1);
 }
 
+// The packing tokens are the ones ToText() prints.
 std::optional<Packing> ParsePacking(std::string_view token) {
-  if (token == "I") return Packing::Interleave;
-  if (token == "P") return Packing::Planar;
-  if (token == "PI") return Packing::PlanarInterleave;
+  for (Packing packing : {Packing::Interleave, Packing::Planar, Packing::PlanarInterleave}) {
+    if (token == PackingToken(packing)) return packing;
+  }
   return std::nullopt;
 }
 
