@@ -28,12 +28,11 @@ const DisplayFormat kDisplayFormats[] = {
 };
 
 std::unique_ptr<CImageConcreteBase> LoadFrame(const DisplayFormat& f) {
-  FormatGroup group;
   CNullLineSink log;
-  ParseFormatLine(std::string("[.*],") + f.expression, 0, group, log);
+  const FormatExpression format = ParseFormatExpression(f.expression, 0, log).value();
   std::vector<uint8_t> bytes(f.input_bytes);
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i * 131 + (i >> 12));
-  return LoadWithFormat(group.formats[0], bytes.data(), bytes.size(), kWidth, kHeight, log);
+  return LoadWithFormat(format, bytes.data(), bytes.size(), kWidth, kHeight, log);
 }
 
 void BM_DisplayRendition(benchmark::State& state) {

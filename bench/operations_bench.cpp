@@ -24,10 +24,8 @@ constexpr uint32_t kHeight = 2160;
 constexpr uint64_t kPixels = uint64_t{kWidth} * kHeight;
 
 FormatExpression Parse(const char* text) {
-  FormatGroup group;
   CNullLineSink log;
-  ParseFormatLine(std::string("[.*],") + text, 0, group, log);
-  return group.formats[0];
+  return ParseFormatExpression(text, 0, log).value();
 }
 
 // A frame of the format from pseudo-random bytes, or from the raw file named

@@ -48,13 +48,12 @@ const BenchFormat kFormats[] = {
 
 void BM_Unpack(benchmark::State& state) {
   const BenchFormat& f = kFormats[state.range(0)];
-  FormatGroup group;
   CNullLineSink log;
-  ParseFormatLine(std::string("[.*],") + f.expression, 0, group, log);
+  const FormatExpression format = ParseFormatExpression(f.expression, 0, log).value();
   std::vector<uint8_t> bytes(f.input_bytes);
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i * 131 + 7);
   for (auto _ : state) {
-    auto image = LoadWithFormat(group.formats[0], bytes.data(), bytes.size(), kWidth, kHeight, log);
+    auto image = LoadWithFormat(format, bytes.data(), bytes.size(), kWidth, kHeight, log);
     if (!image) state.SkipWithError("load failed");
     benchmark::DoNotOptimize(image.get());
   }

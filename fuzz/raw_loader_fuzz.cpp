@@ -22,10 +22,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const uint32_t height = input.ConsumeIntegralInRange<uint32_t>(0, 17);
   std::vector<uint8_t> bytes = input.ConsumeRemainingBytes<uint8_t>();
 
-  korvanel::FormatGroup group;
   korvanel::CNullLineSink log;
-  if (!korvanel::ParseFormatLine("[.*]," + expression, 0, group, log)) return 0;
-  auto image = korvanel::LoadWithFormat(group.formats[0], bytes.empty() ? nullptr : bytes.data(),
+  const std::optional<korvanel::FormatExpression> format =
+      korvanel::ParseFormatExpression(expression, 0, log);
+  if (!format) return 0;
+  auto image = korvanel::LoadWithFormat(*format, bytes.empty() ? nullptr : bytes.data(),
                                         bytes.size(), width, height, log);
   if (image) {
     std::array<uint32_t, 3> v{};

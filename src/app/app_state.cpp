@@ -57,7 +57,10 @@ AppState::~AppState() {
   // The workers stop before anything they could refer to goes.
   jobs_.reset();
   pool_.reset();
+  // Lines still held (a run that ended on a failed command) reach their files.
+  format_log_->Flush();
   if (config_ == nullptr) return;
+  config_->Logs().batch.Flush();
   CLogger& log = config_->Logs().app;
   log.BeginEntry("Session end mark");
   log.Flush();

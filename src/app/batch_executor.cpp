@@ -39,19 +39,23 @@ bool ReportOutcome(AppState& app, const CommandOutcome& outcome) {
 bool ForcedRules(AppState& app, const ParsedCommand& c, FormatRules& rules) {
   const FormatRules& in_force = app.Formats();
   if (!c.format_expression.empty()) {
-    // Parse once, at a size that cannot be wrong, to tell a bad expression apart.
-    DirectFormat probe;
-    if (!SetDirectExpression(c.format_expression, 1, 1, probe, app.FormatLog())) {
+    // Parsed once, so its section appears once in the format-load log. An
+    // empty size would switch the expression off unparsed: parse it at 1x1 to
+    // tell a bad expression apart.
+    const bool sized = c.has_dimensions && uint64_t{c.width} * c.height != 0;
+    DirectFormat parsed;
+    if (!SetDirectExpression(c.format_expression, sized ? c.width : 1, sized ? c.height : 1, parsed,
+                             app.FormatLog())) {
       app.ReportBatchError("Illegal format '%s'\n", c.format_expression.c_str());
       return false;
     }
     if (c.has_dimensions) {
-      SetDirectExpression(c.format_expression, c.width, c.height, rules.direct, app.FormatLog());
+      if (sized) rules.direct = std::move(parsed);
       return true;
     }
     // A format without a size takes the size from the rules that match.
     rules.groups = in_force.groups;
-    for (FormatGroup& group : rules.groups) group.formats = probe.group.formats;
+    for (FormatGroup& group : rules.groups) group.formats = parsed.group.formats;
     return true;
   }
   // A size without a format: every rule's formats at the forced size.

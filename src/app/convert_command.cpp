@@ -25,14 +25,15 @@ CommandOutcome RunConvertCommand(AppState& app, const ConvertCommand& command) {
   const ImageRecord& record = app.Images().At(command.index);
   const auto& source = dynamic_cast<const CImageConcreteBase&>(*record.image);
 
-  FormatGroup parsed;
   CNullLineSink quiet;
-  if (!ParseFormatLine("[.*]," + ToUpperAscii(command.target_text), 0, parsed, quiet)) {
+  std::optional<FormatExpression> target =
+      ParseFormatExpression(ToUpperAscii(command.target_text), 0, quiet);
+  if (!target) {
     return CommandOutcome::Failed(StrFormat("Illegal format '%s'", command.target_text.c_str()),
                                   "Image format string parse error");
   }
   ConvertRequest request;
-  request.target = parsed.formats[0];
+  request.target = std::move(*target);
   request.yuv_to_rgb = command.use_default_transform ? kDefaultYuvToRgb : g_yuv_to_rgb;
   request.rgb_to_yuv = command.use_default_transform ? kDefaultRgbToYuv : g_rgb_to_yuv;
   if (command.user_transform) {

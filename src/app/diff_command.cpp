@@ -1,7 +1,5 @@
 #include "app/diff_command.h"
 
-#include <cstring>
-
 #include "app/feedback_progress.h"
 #include "files/path_parts.h"
 #include "ops/diff_operation.h"
@@ -29,7 +27,7 @@ const char* Refusal(const AppState& app) {
   left.GetSize(lw, lh);
   right.GetSize(rw, rh);
   if (lw != rw || lh != rh) return "Diff error: left and right images are of different size";
-  if (std::strcmp(left.TypeName(), right.TypeName()) != 0) {
+  if (ColorKindOf(left) != ColorKindOf(right)) {
     return "Diff error: left and right images are of different base type";
   }
   if (left.GetBitsPerComponent() != right.GetBitsPerComponent()) {

@@ -1,6 +1,5 @@
 #include "app/filter_command.h"
 
-#include <cstring>
 #include <optional>
 
 #include "app/feedback_progress.h"
@@ -57,7 +56,9 @@ struct Applier {
 
 std::string ComponentName(const ImageRecord& record, uint32_t component) {
   const PathParts parts = SplitPath(record.path.empty() ? record.display_name : record.path);
-  const char* letters = std::strcmp(record.image->TypeName(), "RGB") == 0 ? "RGB" : "YUV";
+  // Grey has one component and takes the "Y" of the YUV letters.
+  const ColorKind kind = ColorKindOf(*record.image);
+  const std::string_view letters = FamilyLetters(kind == ColorKind::Rgb ? kind : ColorKind::Yuv);
   return "New_Copy_" + parts.stem + "_" + letters[component] +
          (parts.has_extension ? "." + parts.extension : "");
 }
@@ -73,7 +74,7 @@ FilterResult RunFilterCommand(AppState& app, const FilterCommand& command) {
     targets.clear();
     for (size_t member : app.ComparisonGroup()) {
       const IImageContainer& image = *app.Images().At(member).image;
-      if (std::strcmp(image.TypeName(), first.TypeName()) == 0 &&
+      if (ColorKindOf(image) == ColorKindOf(first) &&
           image.ComponentCount() == first.ComponentCount()) {
         targets.push_back(member);
       }

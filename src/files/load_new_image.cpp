@@ -67,7 +67,7 @@ uint64_t ExpectedRawSize(const FormatExpression& f, uint32_t width, uint32_t hei
   switch (f.color_kind) {
     case ColorKind::Gray: return PlanarFrameBytes(width, height, bytes, 1);
     case ColorKind::Rgb: return PlanarFrameBytes(width, height, bytes, 3);
-    case ColorKind::Yuv: return YuvFrameBytes(CountYuvLetters(f.layout), width, height, bytes);
+    case ColorKind::Yuv: return YuvFrameBytes(CountsOf(f.components), width, height, bytes);
   }
   return 0;
 }

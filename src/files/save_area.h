@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstring>
 #include <optional>
 
 #include "image/image_container.h"
@@ -22,7 +21,7 @@ inline std::optional<SaveArea> ChooseSaveArea(const IImageContainer& image, bool
   image.GetSize(width, height);
   Rect roi = image.GetRegionOfInterest();
   const bool from_roi = !roi.IsNone();
-  if (from_roi && align_to_chroma && std::strcmp(image.TypeName(), "YUV") == 0) {
+  if (from_roi && align_to_chroma && ColorKindOf(image) == ColorKind::Yuv) {
     image.AlignToChromaGrid(roi);
   }
   const std::optional<Rect> area = WorkArea(roi, width, height);

@@ -40,8 +40,9 @@ inline constexpr ColorTransform kDefaultRgbToYuv{{
 }};
 
 // The two matrices in force for the whole process. They are set at start-up
-// from the configuration and replaced by the convert operation before its jobs
-// start; conversions read them without locking.
+// from the configuration; the convert operation copies them (or a user
+// matrix) into its request and never changes them. Conversions read them
+// without locking.
 inline ColorTransform g_yuv_to_rgb = kDefaultYuvToRgb;
 inline ColorTransform g_rgb_to_yuv = kDefaultRgbToYuv;
 

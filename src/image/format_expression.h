@@ -8,9 +8,11 @@
 #include <string>
 #include <string_view>
 
+#include "image/color_kind.h"
+#include "image/component_layout.h"
+
 namespace korvanel {
 
-enum class ColorKind : uint32_t { Rgb = 0, Yuv = 1, Gray = 2 };
 enum class Packing : uint32_t { Interleave = 0, Planar = 1, PlanarInterleave = 2 };
 
 inline constexpr int32_t kOffsetNotGiven = 0x7FFFFFFF;
@@ -27,6 +29,8 @@ struct FormatExpression {
   Packing packing = Packing::Planar;
   // I and PI: the one layout token; P: the three tokens joined by single blanks.
   std::string layout = "Y";
+  // The layout read once: tokens, letters, counts and component order.
+  ComponentLayout components = ReadComponentLayout("Y", ColorKind::Gray);
   // The text behind the regex without the leading A and offset tokens.
   std::string expression;
   // 8, 16, 32, -16 or -32; negative means big-endian components.
@@ -39,6 +43,9 @@ struct FormatExpression {
   uint32_t BytesPerComponent() const { return BppBytes(bpp); }
   uint32_t BitsPerComponent() const { return BppMagnitude(bpp); }
   bool BigEndian() const { return bpp < 0; }
+  // The expression in its plain form, "[A,][offset,]packing,layout...,bpp"
+  // without the regex; parsing it gives this record back.
+  std::string ToText() const;
 
   friend bool operator==(const FormatExpression&, const FormatExpression&) = default;
 };

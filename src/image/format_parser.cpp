@@ -8,15 +8,6 @@
 
 namespace korvanel {
 
-std::string_view PackingToken(Packing packing) {
-  switch (packing) {
-    case Packing::Interleave: return "I";
-    case Packing::Planar: return "P";
-    case Packing::PlanarInterleave: return "PI";
-  }
-  return "?";
-}
-
 namespace {
 
 bool ContainsAnyOf(std::string_view token, std::string_view letters) {
@@ -34,10 +25,11 @@ std::string_view DropThroughComma(std::string_view text) {
   return comma == std::string_view::npos ? std::string_view{} : text.substr(comma + 1);
 }
 
+// The packing tokens are the ones ToText() prints.
 std::optional<Packing> ParsePacking(std::string_view token) {
-  if (token == "I") return Packing::Interleave;
-  if (token == "P") return Packing::Planar;
-  if (token == "PI") return Packing::PlanarInterleave;
+  for (Packing packing : {Packing::Interleave, Packing::Planar, Packing::PlanarInterleave}) {
+    if (token == PackingToken(packing)) return packing;
+  }
   return std::nullopt;
 }
 
@@ -81,30 +73,18 @@ std::optional<Layout> ParseLayout(Packing packing, const std::vector<std::string
 
 void LogError(ILineSink& log, const std::string& text) { log.AddLine(text); }
 
-}  // namespace
-
-// entry ::= "[" regex "]" sep [ "A" "," ] [ offset "," ] packing "," layout... "," bpp
-bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, ILineSink& log) {
-  const std::string entry_text(entry);
-  const size_t open = entry.find('[');
-  const size_t close = entry.rfind(']');
-  if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
-    LogError(log, StrFormat("Parse error [#%u]: Can't parse regex in %s", line, entry_text.c_str()));
-    return false;
-  }
-
+// expression ::= [ "A" "," ] [ offset "," ] packing "," layout... "," bpp
+// `entry` is the whole text as shown in the "No format expression" error.
+std::optional<FormatExpression> ParseExpression(std::string_view text, std::string_view entry,
+                                                uint32_t line, ILineSink& log) {
   FormatExpression format;
   format.line = line;
-  format.regex = std::string(entry.substr(open + 1, close - open - 1));
-  if (format.regex.empty()) format.regex = ".*";
-
-  std::string_view text = close + 2 <= entry.size() ? entry.substr(close + 2) : std::string_view{};
   text = TrimAscii(text);
   const std::vector<std::string> tokens = SplitTokens(text, ", \t");
   if (tokens.empty()) {
     LogError(log, StrFormat("Parse error [#%u]: No format expression found in %s", line,
-                            entry_text.c_str()));
-    return false;
+                            std::string(entry).c_str()));
+    return std::nullopt;
   }
 
   size_t next = 0;
@@ -127,7 +107,7 @@ bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, 
   const std::optional<Packing> packing = ParsePacking(packing_token);
   if (!packing) {
     LogError(log, StrFormat("Parse error [#%u]: Illegal packing '%s'", line, packing_token.c_str()));
-    return false;
+    return std::nullopt;
   }
   format.packing = *packing;
 
@@ -143,19 +123,44 @@ bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, 
   if (!layout) {
     LogError(log, StrFormat("Parse error [#%u]: Illegal '%s' in this context", line,
                             format.expression.c_str()));
-    return false;
+    return std::nullopt;
   }
   format.color_kind = layout->kind;
   format.layout = layout->text;
+  format.components = ReadComponentLayout(format.layout, format.color_kind);
 
   format.bpp = ParseLeadingInt32(tokens.back());
   const uint32_t magnitude = BppMagnitude(format.bpp);
   if (magnitude != 8 && magnitude != 16 && magnitude != 32) {
     LogError(log, StrFormat("Parse error [#%u]: Illegal BPP %d", line, format.bpp));
+    return std::nullopt;
+  }
+  return format;
+}
+
+}  // namespace
+
+std::optional<FormatExpression> ParseFormatExpression(std::string_view text, uint32_t line,
+                                                      ILineSink& log) {
+  return ParseExpression(text, text, line, log);
+}
+
+// entry ::= "[" regex "]" sep expression
+bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, ILineSink& log) {
+  const size_t open = entry.find('[');
+  const size_t close = entry.rfind(']');
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
+    LogError(log, StrFormat("Parse error [#%u]: Can't parse regex in %s", line,
+                            std::string(entry).c_str()));
     return false;
   }
-
-  group.formats.push_back(std::move(format));
+  const std::string_view text =
+      close + 2 <= entry.size() ? entry.substr(close + 2) : std::string_view{};
+  std::optional<FormatExpression> format = ParseExpression(text, entry, line, log);
+  if (!format) return false;
+  format->regex = std::string(entry.substr(open + 1, close - open - 1));
+  if (format->regex.empty()) format->regex = ".*";
+  group.formats.push_back(std::move(*format));
   return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "image/format_group.h"
@@ -12,6 +13,12 @@ namespace korvanel {
 // On success appends one FormatExpression to `group`; on failure writes one
 // "Parse error [#N]: ..." line to `log` and leaves `group` as it was.
 bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, ILineSink& log);
+
+// Parses an expression without the regex ("P,Y,8", "A,-1024,I,YUYV,-16"),
+// as ParseFormatLine does behind the regex; nothing on failure, after one
+// "Parse error [#N]: ..." line in `log`.
+std::optional<FormatExpression> ParseFormatExpression(std::string_view text, uint32_t line,
+                                                      ILineSink& log);
 
 // The expression typed by the user with a fixed size, kept as rule group 0.
 struct DirectFormat {

@@ -19,7 +19,7 @@ struct HistogramChannel {
   uint64_t mode_count = 0;
 };
 
-// Slot 12 fills it for the image's region of interest (the whole image when
+// Histogram fills it for the image's region of interest (the whole image when
 // none), counting only pixels the selection mask lets through.
 struct HistogramResult {
   uint32_t bins = 0;

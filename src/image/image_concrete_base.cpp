@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "image/format_expression.h"
+#include "image/format_label.h"
 #include "image/image_filter.h"
 #include "image/image_gray.h"
 #include "image/output_buffer.h"
@@ -94,6 +95,12 @@ bool CImageConcreteBase::CopyPixelsOut(void*, uint32_t, const Rect*) const { ret
 
 bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
 
+std::string CImageConcreteBase::FormatLabel() const {
+  static constexpr const char* kGrayLabels[] = {"Y8", "Y16", "Y32"};
+  static constexpr const char* kRgbLabels[] = {"RGBx8", "RGBx16", "RGBx32"};
+  return LabelForBits(kind_ == ColorKind::Rgb ? kRgbLabels : kGrayLabels, bits_);
+}
+
 bool CImageConcreteBase::Save(const SaveRequest& request) {
   if (planes_.empty()) return false;
   return WriteImage(DescribeForWriter(), request);
@@ -102,9 +109,9 @@ bool CImageConcreteBase::Save(const SaveRequest& request) {
 namespace {
 
 // Grey sections are "Luma-N"; three-component ones take the letter of their
-// plane from the type name ("RGB", "YUV").
+// plane from the family ("RGB", "YUV").
 char StatisticsLetter(const IImageContainer& image, uint32_t component) {
-  return image.ComponentCount() == 1 ? 0 : image.TypeName()[component];
+  return image.ComponentCount() == 1 ? 0 : FamilyLetters(ColorKindOf(image))[component];
 }
 
 HistogramChannel ChannelOf(const ComponentStatistics& stats) {

@@ -5,6 +5,7 @@
 
 #include "image/display_rendition.h"
 #include "image/filter_tables.h"
+#include "image/format_expression.h"
 #include "image/histogram_result.h"
 #include "image/image_container.h"
 #include "image/parallel_runner.h"
@@ -20,7 +21,7 @@ class CImageConcreteBase : public IImageContainer {
  public:
   ~CImageConcreteBase() override;
 
-  // Slot 1 stays with the kinds. Slots whose work is not available yet refuse.
+  // Load stays with the kinds. Operations whose work is not available yet refuse.
   std::unique_ptr<IImageContainer> Duplicate(DuplicateArea area) const override;
   std::unique_ptr<IImageContainer> ExtractComponent(uint32_t index) const override;
   bool ImportRgb32(uint32_t reserved, const uint32_t* pixels) override;
@@ -44,8 +45,15 @@ class CImageConcreteBase : public IImageContainer {
   void GetViewPosition(uint32_t& x, uint32_t& y) const override;
   uint32_t GetBitsPerComponent() const override { return bits_; }
   uint64_t GetRawByteSize() const override { return raw_byte_size_; }
+  // The kinds differ here only by their colour family.
+  const char* TypeName() const override { return KindTypeName(kind_); }
+  // The grey and RGB labels; the YUV classes label their sampling instead.
+  std::string FormatLabel() const override;
+  uint32_t ComponentCount() const override { return kind_ == ColorKind::Gray ? 1 : 3; }
   bool IsSelected(int64_t x, int64_t y) const override;
   bool AlignToChromaGrid(Rect& region) const override;
+
+  ColorKind Kind() const { return kind_; }
 
   void* OwnerData1() const { return owner_data_[0]; }
   void* OwnerData2() const { return owner_data_[1]; }
@@ -87,19 +95,24 @@ class CImageConcreteBase : public IImageContainer {
   // or their count does not suit the kind.
   bool AdoptPlanes(std::vector<Plane> planes);
 
+  // Takes the layout that a created image's format text names, so that the
+  // image is saved "in its original packing" as that text says. Grey images
+  // have only one layout.
+  virtual void DescribeLayout(const FormatExpression& format) { (void)format; }
+
   // Threads the next Load may spread its unpacking over; null: none.
   void SetParallelRunner(IParallelRunner* runner) { runner_ = runner; }
 
  protected:
-  CImageConcreteBase() = default;
+  explicit CImageConcreteBase(ColorKind kind) : kind_(kind) {}
   CImageConcreteBase(const CImageConcreteBase&) = delete;
   CImageConcreteBase& operator=(const CImageConcreteBase&) = delete;
 
   // An empty image of the same class carrying the same layout description.
   virtual std::unique_ptr<CImageConcreteBase> NewEmptyLike() const = 0;
-  // The rendition of the planes (slot 5 keeps it until the next refresh).
+  // The rendition of the planes (BuildDisplay keeps it until the next refresh).
   virtual bool RenderDisplay(DisplayRendition& out) const = 0;
-  // Planes, letters and own layout for the writer of slot 10.
+  // Planes, letters and own layout for the writer behind Save.
   virtual WriterLayout DescribeForWriter() const = 0;
   // Size of one frame as the file holds it.
   virtual uint64_t ComputeRawByteSize() const;
@@ -117,6 +130,7 @@ class CImageConcreteBase : public IImageContainer {
   // Keeps the loaded planes with the file's byte count and byte order.
   void FinishLoad(std::vector<Plane> planes, uint64_t byte_count, int32_t bpp);
 
+  const ColorKind kind_;
   uint32_t bits_ = 0;
   uint32_t width_ = 0;
   uint32_t height_ = 0;

@@ -1,8 +1,8 @@
 #pragma once
 
 // The interface through which the whole program talks to an open image. The
-// virtual operations are declared in a fixed order (the slot order), which the
-// concrete classes keep:
+// virtual operations are declared in a fixed order, which the concrete
+// classes keep:
 //
 //   0 destructor            10 Save                 20 GetSize
 //   1 Load                  11 WriteStatistics      21 GetRegionOfInterest
@@ -21,6 +21,7 @@
 #include <string>
 #include <string_view>
 
+#include "image/color_kind.h"
 #include "image/region.h"
 
 namespace korvanel {
@@ -39,8 +40,8 @@ class IImageContainer {
  public:
   virtual ~IImageContainer() = default;
 
-  // Unpacks raw bytes. Big-endian depths swap `data` in place before checking
-  // the size, so a caller retrying other formats gives each try its own copy.
+  // Unpacks raw bytes. Big-endian depths swap `data` in place once the size
+  // has been checked, so only a load that goes on to unpack changes them.
   virtual bool Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
                     std::string_view layout, int32_t bpp) = 0;
   // A new image of the same class: the region of interest (clamped to the
@@ -81,5 +82,14 @@ class IImageContainer {
   // Widens `region` to whole chroma cells; false for images without chroma.
   virtual bool AlignToChromaGrid(Rect& region) const = 0;
 };
+
+// The colour family of an image, told by the type name its kind reports.
+inline ColorKind ColorKindOf(const IImageContainer& image) {
+  const std::string_view name = image.TypeName();
+  for (ColorKind kind : {ColorKind::Rgb, ColorKind::Yuv, ColorKind::Gray}) {
+    if (name == KindTypeName(kind)) return kind;
+  }
+  return ColorKind::Gray;
+}
 
 }  // namespace korvanel

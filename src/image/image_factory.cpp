@@ -1,6 +1,5 @@
 #include "image/image_factory.h"
 
-
 #include "image/image_gray.h"
 #include "image/image_rgb.h"
 #include "image/image_yuv.h"
@@ -9,37 +8,20 @@ namespace korvanel {
 
 namespace {
 
-struct YuvCandidate {
-  std::unique_ptr<CImageYuv> (*create)();
-  const char* matched;
-};
-
-template <typename T>
-std::unique_ptr<CImageYuv> Make() {
-  return std::make_unique<T>();
-}
-
-constexpr YuvCandidate kYuvOrder[] = {
-    {&Make<CImageYuv444>, "Matched YUV-444"},
-    {&Make<CImageYuv422>, "Matched YUV-422"},
-    {&Make<CImageYuv420>, "Matched YUV-420 (SP)"},
-    {&Make<CImageYuv>, "Matched YUV (user-defined)"},
-};
-
 // Every class checks layout and size before it swaps big-endian bytes in
 // place, so a refused try leaves the bytes as the next try needs them.
 std::unique_ptr<CImageConcreteBase> LoadYuv(const FormatExpression& format, uint8_t* data,
                                             uint64_t byte_count, uint32_t width, uint32_t height,
                                             ILineSink& log, IParallelRunner* runner) {
-  for (const YuvCandidate& candidate : kYuvOrder) {
-    std::unique_ptr<CImageYuv> image = candidate.create();
-    if (!image->CheckLayout(format.layout)) continue;
-    image->SetPacking(format.packing);
+  for (const YuvSampling* sampling : kYuvLoadOrder) {
+    if (!sampling->accepts(CountsOf(format.components))) continue;
+    auto image = std::make_unique<CImageYuv>(*sampling);
+    image->DescribeLayout(format);
     image->SetParallelRunner(runner);
     const bool loaded = image->Load(data, byte_count, width, height, format.layout, format.bpp);
     image->SetParallelRunner(nullptr);
     if (loaded) {
-      log.AddLine(candidate.matched);
+      log.AddLine(sampling->matched);
       return image;
     }
   }
@@ -55,6 +37,21 @@ std::unique_ptr<CImageConcreteBase> CreateImageOfKind(ColorKind kind) {
     case ColorKind::Gray: return std::make_unique<CImageGray>();
   }
   return nullptr;
+}
+
+std::unique_ptr<CImageConcreteBase> CreateImageForFormat(const FormatExpression& format) {
+  std::unique_ptr<CImageConcreteBase> image;
+  if (format.color_kind == ColorKind::Yuv) {
+    for (const YuvSampling* sampling : kYuvLoadOrder) {
+      if (!sampling->accepts(CountsOf(format.components))) continue;
+      image = std::make_unique<CImageYuv>(*sampling);
+      break;
+    }
+  } else {
+    image = CreateImageOfKind(format.color_kind);
+  }
+  if (image) image->DescribeLayout(format);
+  return image;
 }
 
 std::unique_ptr<CImageConcreteBase> LoadWithFormat(const FormatExpression& format, uint8_t* data,

@@ -13,6 +13,11 @@ namespace korvanel {
 // An empty image of the class a colour kind selects (YUV: the general class).
 std::unique_ptr<CImageConcreteBase> CreateImageOfKind(ColorKind kind);
 
+// An empty image of the class the expression selects, carrying the layout the
+// expression names (the results of operations get their own packing from
+// their format text this way). Null when no class takes the layout.
+std::unique_ptr<CImageConcreteBase> CreateImageForFormat(const FormatExpression& format);
+
 // Unpacks `data` with the class the expression selects. YUV tries 4:4:4,
 // 4:2:2, 4:2:0 and the general class in that order and logs the one that
 // matched. `data` may be byte-swapped in place (big-endian depths). Null when

@@ -4,14 +4,9 @@
 
 #include "image/display_conversion.h"
 #include "image/format_expression.h"
-#include "image/format_label.h"
 #include "image/raw_unpack.h"
 
 namespace korvanel {
-
-namespace {
-constexpr const char* kGrayLabels[] = {"Y8", "Y16", "Y32"};
-}  // namespace
 
 bool CImageGray::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
                       std::string_view layout, int32_t bpp) {
@@ -23,8 +18,6 @@ bool CImageGray::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32
   FinishLoad(std::move(planes), byte_count, bpp);
   return true;
 }
-
-std::string CImageGray::FormatLabel() const { return LabelForBits(kGrayLabels, bits_); }
 
 std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
   return std::make_unique<CImageGray>();

@@ -7,12 +7,9 @@ namespace korvanel {
 // One component (luma).
 class CImageGray : public CImageConcreteBase {
  public:
-  CImageGray() = default;
+  CImageGray() : CImageConcreteBase(ColorKind::Gray) {}
   bool Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
             std::string_view layout, int32_t bpp) override;
-  const char* TypeName() const override { return "GRAY"; }
-  std::string FormatLabel() const override;
-  uint32_t ComponentCount() const override { return 1; }
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;

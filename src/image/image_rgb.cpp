@@ -5,16 +5,10 @@
 
 #include "image/display_conversion.h"
 #include "image/format_expression.h"
-#include "image/format_label.h"
 #include "image/interleave_plan.h"
 #include "image/raw_unpack.h"
-#include "image/text_util.h"
 
 namespace korvanel {
-
-namespace {
-constexpr const char* kRgbLabels[] = {"RGBx8", "RGBx16", "RGBx32"};
-}  // namespace
 
 namespace {
 
@@ -34,15 +28,13 @@ bool ParseLetterOrder(std::string_view letters, uint32_t order[3]) {
 
 }  // namespace
 
-// Interleaved files name the sample order of a pixel in one token ("BGR");
-// planar files name the planes in file order, one letter per token ("B G R").
 bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
                      std::string_view layout, int32_t bpp) {
-  const std::vector<std::string> tokens = SplitTokens(layout, " \t");
-  const bool planar = tokens.size() == 3;
-  if (!planar && tokens.size() != 1) return false;
+  const ComponentLayout components = ReadComponentLayout(layout, ColorKind::Rgb);
+  const bool planar = components.tokens.size() == 3;
+  if (!planar && components.tokens.size() != 1) return false;
   uint32_t order[3];
-  if (!ParseLetterOrder(CompactLayout(layout), order)) return false;
+  if (!ParseLetterOrder(components.letters, order)) return false;
 
   const uint32_t bytes = BppBytes(bpp);
   const uint64_t expected = PlanarFrameBytes(width, height, bytes, 3);
@@ -58,17 +50,22 @@ bool CImageRgb::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
     } else {
       // A pixel is a group of three positions, one per component.
       Plane* targets[3] = {&planes[0], &planes[1], &planes[2]};
-      const InterleavePlan plan(CompactLayout(layout), "RGB", {1, 1, 1}, bytes * 8);
+      const InterleavePlan plan(components.letters, "RGB", {1, 1, 1}, bytes * 8);
       plan.RunOn(runner_, data, byte_count, targets);
     }
   }
   FinishLoad(std::move(planes), byte_count, bpp);
-  letters_ = CompactLayout(layout);
+  letters_ = components.letters;
   planar_ = planar;
   return true;
 }
 
-std::string CImageRgb::FormatLabel() const { return LabelForBits(kRgbLabels, bits_); }
+void CImageRgb::DescribeLayout(const FormatExpression& format) {
+  uint32_t order[3];
+  if (!ParseLetterOrder(format.components.letters, order)) return;
+  letters_ = format.components.letters;
+  planar_ = format.packing == Packing::Planar;
+}
 
 std::unique_ptr<CImageConcreteBase> CImageRgb::NewEmptyLike() const {
   auto out = std::make_unique<CImageRgb>();

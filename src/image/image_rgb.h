@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/format_expression.h"
 #include "image/image_concrete_base.h"
 
 namespace korvanel {
@@ -7,12 +8,12 @@ namespace korvanel {
 // Three components held as R, G, B planes whatever their order in the file.
 class CImageRgb : public CImageConcreteBase {
  public:
-  CImageRgb() = default;
+  CImageRgb() : CImageConcreteBase(ColorKind::Rgb) {}
+  // Interleaved files name the sample order of a pixel in one token ("BGR");
+  // planar files name the planes in file order, one letter per token ("B G R").
   bool Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_t height,
             std::string_view layout, int32_t bpp) override;
-  const char* TypeName() const override { return "RGB"; }
-  std::string FormatLabel() const override;
-  uint32_t ComponentCount() const override { return 3; }
+  void DescribeLayout(const FormatExpression& format) override;
 
   // Decoded pictures (not raw files) carry this mark.
   void SetFromPicture(bool from_picture) { from_picture_ = from_picture; }

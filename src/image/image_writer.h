@@ -1,6 +1,6 @@
 #pragma once
 
-// The writer behind slot 10 of every image class. A class describes itself
+// The writer behind Save of every image class. A class describes itself
 // (its planes, component letters and own layout as sections) and this writes
 // the requested mode: raw bytes, text lines, a hex-viewer dump or C arrays.
 

@@ -14,16 +14,22 @@ namespace korvanel {
 
 namespace {
 
-constexpr const char* kYuvLabels[] = {"YUVx8", "YUVx16", "YUVx32"};
-constexpr const char* kYuv444Labels[] = {"YUV444 24bpp", "YUV444 48bpp", "YUV444 96bpp"};
-constexpr const char* kYuv422Labels[] = {"YUV422 16bpp", "YUV422 32bpp", "YUV422 64bpp"};
-constexpr const char* kYuv420Labels[] = {"YUV420 12bpp", "YUV420 24bpp", "YUV420 48bpp"};
-
 bool IsCountAllowed(uint32_t count) { return count == 1 || count == 2 || count == 4; }
 
 bool IsPowerOfTwo(uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
 
 uint32_t MaxCount(const YuvCounts& c) { return std::max({c.y, c.u, c.v}); }
+
+bool AnyAllowedCounts(const YuvCounts& c) {
+  return IsCountAllowed(c.y) && IsCountAllowed(c.u) && IsCountAllowed(c.v);
+}
+bool EqualCounts(const YuvCounts& c) { return c.y == c.u && c.y == c.v && IsCountAllowed(c.y); }
+bool HalfChroma(const YuvCounts& c) {
+  return c.u != 0 && c.v != 0 && c.y / c.u == 2 && c.y / c.v == 2 && IsPowerOfTwo(c.y);
+}
+bool QuarterChroma(const YuvCounts& c) {
+  return c.u != 0 && c.v != 0 && c.y / c.u == 4 && c.y / c.v == 4 && c.y == 4;
+}
 
 // Rounds [lo, hi] out to whole steps: lo down to a multiple, hi up to one less
 // than the next multiple (saturating at the top of the range).
@@ -35,15 +41,18 @@ void AlignSpan(uint32_t step, uint32_t& lo, uint32_t& hi) {
 
 }  // namespace
 
-YuvCounts CountYuvLetters(std::string_view layout) {
-  YuvCounts counts;
-  for (char c : layout) {
-    if (c == 'Y') ++counts.y;
-    if (c == 'U') ++counts.u;
-    if (c == 'V') ++counts.v;
-  }
-  return counts;
-}
+// The numbers in the fixed labels are bits per pixel averaged over the chroma
+// cell. The fixed ratios align 4:2:2 to 4 columns and 4:2:0 to 4x2 pixels,
+// wider than their chroma cells.
+const YuvSampling kYuvGeneral{&AnyAllowedCounts, {0, 0, 0}, {"YUVx8", "YUVx16", "YUVx32"}, true,
+                              "Matched YUV (user-defined)"};
+const YuvSampling kYuv444{&EqualCounts, {4, 4, 4}, {"YUV444 24bpp", "YUV444 48bpp", "YUV444 96bpp"},
+                          false, "Matched YUV-444"};
+const YuvSampling kYuv422{&HalfChroma, {4, 2, 2}, {"YUV422 16bpp", "YUV422 32bpp", "YUV422 64bpp"},
+                          false, "Matched YUV-422"};
+const YuvSampling kYuv420{&QuarterChroma, {4, 1, 1}, {"YUV420 12bpp", "YUV420 24bpp", "YUV420 48bpp"},
+                          false, "Matched YUV-420 (SP)"};
+const std::array<const YuvSampling*, 4> kYuvLoadOrder = {&kYuv444, &kYuv422, &kYuv420, &kYuvGeneral};
 
 uint64_t YuvFrameBytes(const YuvCounts& counts, uint32_t width, uint32_t height,
                        uint32_t bytes_per_component) {
@@ -83,23 +92,22 @@ bool CImageYuv::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
                      std::string_view layout, int32_t bpp) {
   if (MaxCount(counts_) == 0 && !CheckLayout(layout)) return false;
   if (!AcceptsCounts(counts_)) return false;
-  const std::string compact = CompactLayout(layout);
-  if (compact.size() != counts_.y + counts_.u + counts_.v ||
-      compact.find_first_not_of("YUV") != std::string::npos) {
+  ComponentLayout components = ReadComponentLayout(layout, ColorKind::Yuv);
+  if (components.letters.size() != counts_.y + counts_.u + counts_.v ||
+      !components.OnlyFamilyLetters()) {
     return false;
   }
-  const std::vector<std::string> tokens = SplitTokens(layout, " \t");
   switch (packing_) {
     case Packing::Interleave:
-      if (tokens.size() != 1) return false;
+      if (components.tokens.size() != 1) return false;
       break;
     case Packing::Planar:
-      if (!PlanarTokensFit(tokens, counts_)) return false;
+      if (!PlanarTokensFit(components.tokens, counts_)) return false;
       break;
     case Packing::PlanarInterleave:
       // Y plane then one chroma pair per 2x2 cell: odd sizes have no whole
       // cells at their edge and are refused rather than guessed at.
-      if (compact != "YYYYUV" && compact != "YYYYVU") return false;
+      if (!components.IsCellPairLayout()) return false;
       if (width % 2 != 0 || height % 2 != 0) return false;
       break;
   }
@@ -108,28 +116,28 @@ bool CImageYuv::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32_
   const uint64_t expected = YuvFrameBytes(counts_, width, height, bytes);
   std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 3);
   if (planes.empty()) return false;
-  if (data != nullptr) Unpack(data, byte_count, tokens, compact, planes);
   layout_ = std::string(layout);
+  components_ = std::move(components);
+  if (data != nullptr) Unpack(data, byte_count, planes);
   FinishLoad(std::move(planes), byte_count, bpp);
   return true;
 }
 
-void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
-                       const std::vector<std::string>& tokens, const std::string& compact,
-                       std::vector<Plane>& planes) const {
+void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count, std::vector<Plane>& planes) const {
   Plane* targets[3] = {&planes[0], &planes[1], &planes[2]};
   const uint32_t bytes = planes[0].bits() / 8;
   const uint64_t pixels = uint64_t{planes[0].width()} * planes[0].height();
   const uint32_t m = MaxCount(counts_);
   switch (packing_) {
     case Packing::Interleave: {
-      const InterleavePlan plan(compact, "YUV", {counts_.y, counts_.u, counts_.v}, planes[0].bits());
+      const InterleavePlan plan(components_.letters, "YUV", {counts_.y, counts_.u, counts_.v},
+                                planes[0].bits());
       plan.RunOn(runner_, data, byte_count, targets);
       break;
     }
     case Packing::Planar: {
       const uint8_t* src = data;
-      for (const std::string& token : tokens) {
+      for (const std::string& token : components_.tokens) {
         const uint32_t count = CountOf(counts_, token[0]);
         const uint64_t samples = count * pixels / m;
         const size_t plane = std::string_view("YUV").find(token[0]);
@@ -140,7 +148,7 @@ void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
     }
     case Packing::PlanarInterleave: {
       CopySamplesOfPlane(data, planes[0]);
-      const bool u_first = compact[4] == 'U';
+      const bool u_first = components_.letters[4] == 'U';
       ExpandCellPairs(data + pixels * bytes, u_first ? planes[1] : planes[2],
                       u_first ? planes[2] : planes[1]);
       break;
@@ -148,12 +156,8 @@ void CImageYuv::Unpack(const uint8_t* data, uint64_t byte_count,
   }
 }
 
-bool CImageYuv::AcceptsCounts(const YuvCounts& c) const {
-  return IsCountAllowed(c.y) && IsCountAllowed(c.u) && IsCountAllowed(c.v);
-}
-
 bool CImageYuv::CheckLayout(std::string_view layout) {
-  const YuvCounts counts = CountYuvLetters(layout);
+  const YuvCounts counts = CountsOf(ReadComponentLayout(layout, ColorKind::Yuv));
   if (!AcceptsCounts(counts)) return false;
   counts_ = counts;
   return true;
@@ -162,12 +166,22 @@ bool CImageYuv::CheckLayout(std::string_view layout) {
 void CImageYuv::SetLayoutDescription(const YuvCounts& counts, Packing packing, std::string layout) {
   counts_ = counts;
   packing_ = packing;
+  components_ = ReadComponentLayout(layout, ColorKind::Yuv);
   layout_ = std::move(layout);
   raw_byte_size_ = ComputeRawByteSize();
 }
 
+void CImageYuv::DescribeLayout(const FormatExpression& format) {
+  counts_ = CountsOf(format.components);
+  packing_ = format.packing;
+  layout_ = format.layout;
+  components_ = format.components;
+  raw_byte_size_ = ComputeRawByteSize();
+}
+
 std::string CImageYuv::FormatLabel() const {
-  std::string label = LabelForBits(LabelTable(), bits_);
+  std::string label = LabelForBits(sampling_->labels.data(), bits_);
+  if (!sampling_->packing_in_label) return label;
   static constexpr const char* kPackingSuffix[] = {" (I)", " (P)", " (PI)"};
   const auto packing = static_cast<uint32_t>(packing_);
   if (packing < 3) label += kPackingSuffix[packing];
@@ -175,10 +189,10 @@ std::string CImageYuv::FormatLabel() const {
 }
 
 bool CImageYuv::AlignToChromaGrid(Rect& region) const {
-  const YuvCounts ratio = GridRatio();
+  const YuvCounts ratio = MaxCount(sampling_->grid_ratio) == 0 ? counts_ : sampling_->grid_ratio;
   if (!IsCountAllowed(ratio.y) || !IsCountAllowed(ratio.u) || !IsCountAllowed(ratio.v)) {
-    // The fixed ratios of the subclasses include 4, which is allowed; only a
-    // general image without valid counts ends here.
+    // The fixed ratios of the table hold only allowed counts; only a general
+    // image without valid counts ends here.
     return false;
   }
   const uint32_t big = std::max({ratio.y, ratio.u, ratio.v});
@@ -192,10 +206,11 @@ bool CImageYuv::AlignToChromaGrid(Rect& region) const {
 }
 
 std::unique_ptr<CImageConcreteBase> CImageYuv::NewEmptyLike() const {
-  std::unique_ptr<CImageYuv> out = NewOfSameClass();
+  auto out = std::make_unique<CImageYuv>(*sampling_);
   out->counts_ = counts_;
   out->packing_ = packing_;
   out->layout_ = layout_;
+  out->components_ = components_;
   return out;
 }
 
@@ -214,24 +229,12 @@ uint32_t PlaneOfLetter(char letter) {
   return static_cast<uint32_t>(std::string_view("YUV").find(letter));
 }
 
-// Y, U and V in the order the layout first names them ("UYVY" gives "UYV").
-std::string ComponentOrder(std::string_view compact) {
-  std::string order;
-  for (char c : compact) {
-    if (std::string_view("YUV").find(c) != std::string_view::npos &&
-        order.find(c) == std::string::npos) {
-      order.push_back(c);
-    }
-  }
-  return order.size() == 3 ? order : "YUV";
-}
-
 }  // namespace
 
 // The reverse of Unpack: of the pixels that share a chroma sample, the first
 // one gives it back (they all hold the same value after a load).
 std::vector<SampleSection> CImageYuv::OwnLayoutSections() const {
-  const std::string compact = CompactLayout(layout_);
+  const std::string& compact = components_.letters;
   const uint32_t m = MaxCount(counts_);
   if (m == 0 || !AcceptsCounts(counts_)) return {};
   switch (packing_) {
@@ -248,7 +251,7 @@ std::vector<SampleSection> CImageYuv::OwnLayoutSections() const {
     }
     case Packing::Planar: {
       std::vector<SampleSection> sections;
-      for (const std::string& token : SplitTokens(layout_, " \t")) {
+      for (const std::string& token : components_.tokens) {
         const uint32_t plane = PlaneOfLetter(token[0]);
         if (plane > 2) return {};
         const uint32_t count = CountOf(counts_, token[0]);
@@ -262,7 +265,7 @@ std::vector<SampleSection> CImageYuv::OwnLayoutSections() const {
       return sections.size() == 3 ? sections : std::vector<SampleSection>{};
     }
     case Packing::PlanarInterleave: {
-      if (compact != "YYYYUV" && compact != "YYYYVU") return {};
+      if (!components_.IsCellPairLayout()) return {};
       const bool u_first = compact[4] == 'U';
       return {{SectionKind::PlaneRows, "Y", {{0, 0}}, 1, false},
               {SectionKind::CellPairs, u_first ? "UV" : "VU", {{u_first ? 1u : 2u, 0}, {u_first ? 2u : 1u, 0}}, 1, false}};
@@ -274,7 +277,8 @@ std::vector<SampleSection> CImageYuv::OwnLayoutSections() const {
 WriterLayout CImageYuv::DescribeForWriter() const {
   WriterLayout layout;
   layout.planes = {&planes_[0], &planes_[1], &planes_[2]};
-  layout.letters = ComponentOrder(CompactLayout(layout_));
+  // Y, U and V in the order the layout first names them ("UYVY" gives "UYV").
+  layout.letters = components_.order.empty() ? "YUV" : components_.order;
   for (char letter : layout.letters) layout.order.push_back(PlaneOfLetter(letter));
   layout.text_kind = "YUV";
   layout.original = OwnLayoutSections();
@@ -283,52 +287,6 @@ WriterLayout CImageYuv::DescribeForWriter() const {
   if (layout.original.empty()) layout.original = PlanarSections(layout.letters, layout.order);
   layout.original_planar = packing_ == Packing::Planar;
   return layout;
-}
-
-const char* const* CImageYuv::LabelTable() const { return kYuvLabels; }
-
-std::unique_ptr<CImageYuv> CImageYuv::NewOfSameClass() const { return std::make_unique<CImageYuv>(); }
-
-// 4:4:4 -------------------------------------------------------------------
-
-bool CImageYuv444::AcceptsCounts(const YuvCounts& c) const {
-  return c.y == c.u && c.y == c.v && IsCountAllowed(c.y);
-}
-
-std::string CImageYuv444::FormatLabel() const { return LabelForBits(LabelTable(), bits_); }
-
-const char* const* CImageYuv444::LabelTable() const { return kYuv444Labels; }
-
-std::unique_ptr<CImageYuv> CImageYuv444::NewOfSameClass() const {
-  return std::make_unique<CImageYuv444>();
-}
-
-// 4:2:2 -------------------------------------------------------------------
-
-bool CImageYuv422::AcceptsCounts(const YuvCounts& c) const {
-  return c.u != 0 && c.v != 0 && c.y / c.u == 2 && c.y / c.v == 2 && IsPowerOfTwo(c.y);
-}
-
-std::string CImageYuv422::FormatLabel() const { return LabelForBits(LabelTable(), bits_); }
-
-const char* const* CImageYuv422::LabelTable() const { return kYuv422Labels; }
-
-std::unique_ptr<CImageYuv> CImageYuv422::NewOfSameClass() const {
-  return std::make_unique<CImageYuv422>();
-}
-
-// 4:2:0 -------------------------------------------------------------------
-
-bool CImageYuv420::AcceptsCounts(const YuvCounts& c) const {
-  return c.u != 0 && c.v != 0 && c.y / c.u == 4 && c.y / c.v == 4 && c.y == 4;
-}
-
-std::string CImageYuv420::FormatLabel() const { return LabelForBits(LabelTable(), bits_); }
-
-const char* const* CImageYuv420::LabelTable() const { return kYuv420Labels; }
-
-std::unique_ptr<CImageYuv> CImageYuv420::NewOfSameClass() const {
-  return std::make_unique<CImageYuv420>();
 }
 
 }  // namespace korvanel

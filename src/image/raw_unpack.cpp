@@ -19,15 +19,6 @@ void SwapBytesInPlace(uint8_t* data, uint64_t byte_count, int32_t bpp) {
   if (bpp == -32) SwapUnits<uint32_t>(data, byte_count / 4);
 }
 
-std::string CompactLayout(std::string_view layout) {
-  std::string out;
-  out.reserve(layout.size());
-  for (char c : layout) {
-    if (c != ' ' && c != '\t') out.push_back(c);
-  }
-  return out;
-}
-
 uint64_t PlanarFrameBytes(uint32_t width, uint32_t height, uint32_t bytes_per_sample,
                           uint32_t components) {
   const uint64_t pixels = uint64_t{width} * height;

@@ -18,9 +18,6 @@ namespace korvanel {
 // byte-reversed; any other bpp leaves the bytes alone.
 void SwapBytesInPlace(uint8_t* data, uint64_t byte_count, int32_t bpp);
 
-// The layout with blanks removed.
-std::string CompactLayout(std::string_view layout);
-
 // Frame sizes, or kImpossibleSize when the size cannot be represented (such a
 // size never equals a real byte count, so the exact-size check refuses it).
 inline constexpr uint64_t kImpossibleSize = ~uint64_t{0};

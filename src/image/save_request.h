@@ -1,6 +1,6 @@
 #pragma once
 
-// What an image's writer (slot 10) is asked to do. The caller has already
+// What an image's writer (Save) is asked to do. The caller has already
 // named the file and settled the area; the writer opens, writes row by row
 // and reports one message when it fails.
 

@@ -6,7 +6,7 @@
 
 namespace korvanel {
 
-// What slot 11 writes: the statistics text of the visible pixels of `area`
+// What WriteStatistics writes: the statistics text of the visible pixels of `area`
 // (inclusive, inside the image) to `path`.
 struct StatisticsRequest {
   std::string path;

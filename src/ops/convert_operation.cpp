@@ -127,8 +127,9 @@ struct Canvas {
 
 // Converts a band row by row: the row's source samples are gathered (or
 // black where the canvas has no source), converted pixel by pixel, and
-// stored with the target's depth. Typed loops per row; the pixel loop never
-// branches on a format.
+// stored with the target's depth. Gathering and storing are typed loops per
+// row; the family converter still branches on the source and target
+// families for every pixel.
 class CConvertImageProcessor final : public CBandJob {
  public:
   CConvertImageProcessor(const CImageConcreteBase& source, CImageConcreteBase& target, const Canvas& canvas,

@@ -3,9 +3,8 @@
 #include <algorithm>
 
 #include "expr/image_evaluator.h"
-#include "image/image_gray.h"
-#include "image/image_rgb.h"
-#include "image/image_yuv.h"
+#include "image/format_parser.h"
+#include "image/image_factory.h"
 #include "image/sample_type.h"
 #include "image/text_util.h"
 #include "ops/image_eval_processor.h"
@@ -62,7 +61,7 @@ struct MadeImage {
 MadeImage MakeOutputImage(std::vector<Plane> planes, bool yuv, const CImageConcreteBase* replaced) {
   const uint32_t bits = planes[0].bits();
   if (planes.size() == 1 && replaced != nullptr && replaced->ComponentCount() == 3) {
-    yuv = dynamic_cast<const CImageYuv*>(replaced) != nullptr;
+    yuv = ColorKindOf(*replaced) == ColorKind::Yuv;
     std::optional<Plane> second = planes[0].Crop(0, 0, planes[0].width(), planes[0].height());
     std::optional<Plane> third = planes[0].Crop(0, 0, planes[0].width(), planes[0].height());
     if (!second || !third) return {};
@@ -70,19 +69,14 @@ MadeImage MakeOutputImage(std::vector<Plane> planes, bool yuv, const CImageConcr
     planes.push_back(std::move(*third));
   }
   MadeImage made;
-  if (planes.size() == 1) {
-    made.image = std::make_unique<CImageGray>();
-    made.format_text = StrFormat("P,Y,%u", bits);
-  } else if (yuv) {
-    auto image = std::make_unique<CImageYuv444>();
-    image->SetLayoutDescription(YuvCounts{1, 1, 1}, Packing::Planar, "Y U V");
-    made.image = std::move(image);
-    made.format_text = StrFormat("P,Y,U,V,%u", bits);
-  } else {
-    made.image = std::make_unique<CImageRgb>();
-    made.format_text = StrFormat("P,R,G,B,%u", bits);
-  }
-  if (!made.image->AdoptPlanes(std::move(planes))) return {};
+  const char* format = planes.size() == 1 ? "P,Y,%u" : yuv ? "P,Y,U,V,%u" : "P,R,G,B,%u";
+  made.format_text = StrFormat(format, bits);
+  // The image is of the class its format text names and saves in that
+  // (planar) layout as its own packing.
+  CNullLineSink quiet;
+  const std::optional<FormatExpression> parsed = ParseFormatExpression(made.format_text, 0, quiet);
+  if (parsed) made.image = CreateImageForFormat(*parsed);
+  if (!made.image || !made.image->AdoptPlanes(std::move(planes))) return {};
   return made;
 }
 

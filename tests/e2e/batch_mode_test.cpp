@@ -2,6 +2,10 @@
 // checked by exit status, standard output and the files it leaves.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <string>
+#include <vector>
+
 #include "support/program_runner.h"
 #include "support/temp_dir.h"
 
@@ -108,6 +112,45 @@ TEST_F(BatchMode, OpenFailuresSayWhy) {
   run = Run({"blob.bin", "-dims", "2x2", "-fmt", "i,rgb,8", "-roi", "0,0,2x2", "-roi", "1,1..2,2"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.output, "Loading image blob.bin...\nCan't set ROI: image index 1 size doesn't fit the roi (size = <2,2>)\n");
+}
+
+size_t Occurrences(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+// The format-load log is where users debug their expressions. A direct
+// expression that did not parse left no trace there (its lines were never
+// written), and one that did parse was logged twice.
+TEST_F(BatchMode, DirectExpressionsReachTheFormatLoadLogOnce) {
+  struct Row {
+    std::vector<std::string> arguments;
+    std::vector<std::string> lines;
+  };
+  dir.Write("blob.bin", std::string(4, 'q'));
+  const Row rows[] = {
+      {{"blob.bin", "-fmt", "X,Y,8", "-dims", "2x2"},
+       {"Trying to set: [.*],X,Y,8", "Parse error [#0]: Illegal packing 'X'", "Status: Fail"}},
+      {{"blob.bin", "-fmt", "P,Y,12", "-dims", "2x2"},
+       {"Trying to set: [.*],P,Y,12", "Parse error [#0]: Illegal BPP 12", "Status: Fail"}},
+      {{"blob.bin", "-fmt", "X,Y,8"},
+       {"Trying to set: [.*],X,Y,8", "Parse error [#0]: Illegal packing 'X'", "Status: Fail"}},
+      {{"blob.bin", "-fmt", "p,y,8", "-dims", "2x2"}, {"Trying to set: [.*],P,Y,8", "Status: Success"}},
+  };
+  for (const Row& row : rows) {
+    std::filesystem::remove(dir / "qel.log_fmt.txt");
+    std::vector<std::string> arguments = row.arguments;
+    arguments.push_back("-q");
+    Run(arguments);
+    const std::string log = test::ReadWholeFile(dir / "qel.log_fmt.txt");
+    EXPECT_EQ(Occurrences(log, ": Set custom format expression\n"), 1u) << log;
+    size_t at = log.find("Set custom format expression");
+    for (const std::string& line : row.lines) {
+      at = log.find("\n" + line + "\n", at);
+      EXPECT_NE(at, std::string::npos) << line << " missing from\n" << log;
+    }
+  }
 }
 
 TEST_F(BatchMode, BatchFilesReadLinesAsOneArgumentList) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <utility>
 
 #include "support/program_runner.h"
 #include "support/temp_dir.h"
@@ -77,6 +78,19 @@ TEST_F(IEvalBatch, ResultsBecomeNewImagesOrReplaceTheirTargets) {
     const ProgramRun run = Run(arguments);
     EXPECT_EQ(run.status, row.status) << row.tail << run.output;
     EXPECT_EQ(run.output, kLoaded + row.tail);
+  }
+}
+
+// A three-channel result's format text is planar ("P,R,G,B,8", "P,Y,U,V,8"),
+// so a save in its own packing writes one plane after the other. The RGB
+// result used to be written interleaved.
+TEST_F(IEvalBatch, ThreeChannelResultsSavePlaneAfterPlane) {
+  const std::pair<const char*, const char*> rows[] = {{"rgb.raw", "bpp8"}, {"yuv.raw", "out_ch_ctx_yuv"}};
+  for (const auto& [name, channels] : rows) {
+    const ProgramRun run =
+        Run({"p_4x2.grey", "-q", "-e", "ieval_expr", "{i;i+1;i+2}", channels, "-s", "name", name});
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_EQ(test::ReadWholeFile(dir / name), "ABCDEFGHBCDEFGHICDEFGHIJ") << channels;
   }
 }
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <optional>
+#include <utility>
+
 #include "image/format_generator.h"
 #include "support/collecting_sink.h"
 
@@ -71,6 +75,114 @@ INSTANTIATE_TEST_SUITE_P(
                  false, "x"},
         Accepted{"[x],P,Y,-8", ColorKind::Gray, Packing::Planar, "Y", "P,Y,-8", -8, kNone, false, "x"},
         Accepted{"[x] P Y 8", ColorKind::Gray, Packing::Planar, "Y", "P Y 8", 8, kNone, false, "x"}));
+
+// Every accepted form prints as text that parses back to the same descriptor
+// and prints the same again.
+TEST_P(FormatAccepted, ToTextParsesBackToTheSameDescriptor) {
+  FormatGroup group;
+  CollectingSink log;
+  ASSERT_TRUE(ParseFormatLine(GetParam().entry, 7, group, log));
+  const FormatExpression& f = group.formats[0];
+  const std::string text = f.ToText();
+  const std::optional<FormatExpression> back = ParseFormatExpression(text, 7, log);
+  ASSERT_TRUE(back) << text;
+  EXPECT_EQ(back->ToText(), text);
+  EXPECT_EQ(back->color_kind, f.color_kind) << text;
+  EXPECT_EQ(back->packing, f.packing) << text;
+  EXPECT_EQ(back->layout, f.layout) << text;
+  EXPECT_EQ(back->components, f.components) << text;
+  EXPECT_EQ(back->bpp, f.bpp) << text;
+  EXPECT_EQ(back->offset, f.offset) << text;
+  EXPECT_EQ(back->ascii, f.ascii) << text;
+  EXPECT_TRUE(log.lines.empty());
+}
+
+TEST(FormatExpressionText, PlainFormsComeBackAsWrittenAndLooseOnesNormalised) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"P,Y,8", "P,Y,8"},
+      {"A,P,Y,16", "A,P,Y,16"},
+      {"0,I,RGB,8", "0,I,RGB,8"},
+      {"-1024,I,YUYV,-16", "-1024,I,YUYV,-16"},
+      {"A,100,P,Y,-8", "A,100,P,Y,-8"},
+      {"P,YY,U,V,8", "P,YY,U,V,8"},
+      {"P,B,G,R,-32", "P,B,G,R,-32"},
+      {"PI,YYYYVU,32", "PI,YYYYVU,32"},
+      {"I,YUVA,8", "I,YUVA,8"},
+      {"P Y 8", "P,Y,8"},
+      {"P , R , G , B , 16", "P,R,G,B,16"},
+      {"ASCII,+12,P,Y,8", "A,12,P,Y,8"},
+      {"I,BGR,08", "I,BGR,8"},
+      {"I,RGB,junk,16", "I,RGB,16"},
+  };
+  for (const auto& [written, plain] : rows) {
+    CollectingSink log;
+    const std::optional<FormatExpression> f = ParseFormatExpression(written, 0, log);
+    ASSERT_TRUE(f) << written;
+    EXPECT_EQ(f->ToText(), plain) << written;
+  }
+}
+
+TEST(FormatExpressionText, ParsingWithoutRegexLogsTheSameErrors) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "Parse error [#4]: No format expression found in "},
+      {"X,Y,8", "Parse error [#4]: Illegal packing 'X'"},
+      {"P,Y,12", "Parse error [#4]: Illegal BPP 12"},
+      {"I,RGBA,8", "Parse error [#4]: Illegal 'I,RGBA,8' in this context"},
+  };
+  for (const auto& [text, message] : rows) {
+    CollectingSink log;
+    EXPECT_FALSE(ParseFormatExpression(text, 4, log)) << text;
+    EXPECT_EQ(log.lines, std::vector<std::string>{message});
+  }
+}
+
+struct LayoutRow {
+  const char* layout;
+  ColorKind kind;
+  std::vector<std::string> tokens;
+  const char* letters;
+  std::array<uint32_t, 3> counts;
+  const char* order;
+  bool only_family;
+  bool cell_pairs;
+};
+
+TEST(ComponentLayout, ReadsTokensCountsAndOrderOnce) {
+  const LayoutRow rows[] = {
+      {"YUYV", ColorKind::Yuv, {"YUYV"}, "YUYV", {2, 1, 1}, "YUV", true, false},
+      {"UYVY", ColorKind::Yuv, {"UYVY"}, "UYVY", {2, 1, 1}, "UYV", true, false},
+      {"YY U V", ColorKind::Yuv, {"YY", "U", "V"}, "YYUV", {2, 1, 1}, "YUV", true, false},
+      {"YYYYVU", ColorKind::Yuv, {"YYYYVU"}, "YYYYVU", {4, 1, 1}, "YVU", true, true},
+      {"YYYYUV", ColorKind::Yuv, {"YYYYUV"}, "YYYYUV", {4, 1, 1}, "YUV", true, true},
+      {"YYYYUUV", ColorKind::Yuv, {"YYYYUUV"}, "YYYYUUV", {4, 2, 1}, "YUV", true, false},
+      {"YUVA", ColorKind::Yuv, {"YUVA"}, "YUVA", {1, 1, 1}, "YUV", false, false},
+      {"YY", ColorKind::Yuv, {"YY"}, "YY", {2, 0, 0}, "", true, false},
+      {"B G R", ColorKind::Rgb, {"B", "G", "R"}, "BGR", {1, 1, 1}, "BGR", true, false},
+      {"GRB", ColorKind::Rgb, {"GRB"}, "GRB", {1, 1, 1}, "GRB", true, false},
+      {"Y", ColorKind::Gray, {"Y"}, "Y", {1, 0, 0}, "", true, false},
+  };
+  for (const LayoutRow& row : rows) {
+    SCOPED_TRACE(row.layout);
+    const ComponentLayout layout = ReadComponentLayout(row.layout, row.kind);
+    EXPECT_EQ(layout.tokens, row.tokens);
+    EXPECT_EQ(layout.letters, row.letters);
+    EXPECT_EQ(layout.counts, row.counts);
+    EXPECT_EQ(layout.order, row.order);
+    EXPECT_EQ(layout.OnlyFamilyLetters(), row.only_family);
+    EXPECT_EQ(layout.IsCellPairLayout(), row.cell_pairs);
+  }
+}
+
+TEST(ComponentLayout, ParserStoresTheLayoutItRead) {
+  CollectingSink log;
+  const std::optional<FormatExpression> f = ParseFormatExpression("P,YY,U,V,16", 0, log);
+  ASSERT_TRUE(f);
+  EXPECT_EQ(f->components, ReadComponentLayout("YY U V", ColorKind::Yuv));
+  EXPECT_EQ(f->components.MaxCount(), 2u);
+  // A record made without parsing describes the grey layout it defaults to.
+  EXPECT_EQ(FormatExpression{}.components, ReadComponentLayout("Y", ColorKind::Gray));
+  EXPECT_EQ(FormatExpression{}.ToText(), "P,Y,8");
+}
 
 struct Refused {
   const char* entry;

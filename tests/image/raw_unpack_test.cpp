@@ -91,10 +91,10 @@ std::vector<uint8_t> FileBytes(uint32_t samples, const Depth& depth) {
 }
 
 FormatExpression Parse(const std::string& expression) {
-  FormatGroup group;
   test::CollectingSink log;
-  EXPECT_TRUE(ParseFormatLine("[.*]," + expression, 0, group, log)) << expression;
-  return group.formats.empty() ? FormatExpression{} : group.formats[0];
+  const std::optional<FormatExpression> format = ParseFormatExpression(expression, 0, log);
+  EXPECT_TRUE(format) << expression;
+  return format.value_or(FormatExpression{});
 }
 
 Samples PlaneValues(const IImageContainer& image, uint32_t component) {
@@ -181,11 +181,10 @@ TEST(UnpackRefusals, LayoutsNoClassCanLoad) {
       {"P,RG,G,B,8", 2, 1, 6},      // a planar RGB token of two letters
   };
   for (const Row& row : rows) {
-    FormatGroup group;
     test::CollectingSink log;
-    ASSERT_TRUE(ParseFormatLine(std::string("[.*],") + row.expression, 0, group, log)) << row.expression;
+    const FormatExpression format = Parse(row.expression);
     std::vector<uint8_t> bytes(row.bytes, 1);
-    EXPECT_EQ(LoadWithFormat(group.formats[0], bytes.data(), bytes.size(), row.width, row.height, log),
+    EXPECT_EQ(LoadWithFormat(format, bytes.data(), bytes.size(), row.width, row.height, log),
               nullptr)
         << row.expression;
   }

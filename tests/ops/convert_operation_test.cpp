@@ -16,10 +16,10 @@ namespace {
 using test::MakePlane;
 
 FormatExpression Target(const std::string& text) {
-  FormatGroup group;
   CNullLineSink log;
-  EXPECT_TRUE(ParseFormatLine("[.*]," + text, 0, group, log)) << text;
-  return group.formats.empty() ? FormatExpression{} : group.formats[0];
+  const std::optional<FormatExpression> format = ParseFormatExpression(text, 0, log);
+  EXPECT_TRUE(format) << text;
+  return format.value_or(FormatExpression{});
 }
 
 template <typename Image>

@@ -45,16 +45,16 @@ TEST(ParallelUnpackTest, BandsOnThePoolMatchTheSequentialUnpack) {
   WorkerPool pool(3);
   CNullLineSink log;
   for (const Case& c : cases) {
-    FormatGroup group;
-    ASSERT_TRUE(ParseFormatLine(std::string("[.*],") + c.expression, 0, group, log));
+    const std::optional<FormatExpression> format = ParseFormatExpression(c.expression, 0, log);
+    ASSERT_TRUE(format);
     const size_t size = size_t{c.width} * c.height * c.bytes_per_pixel_x2 / 2;
     std::vector<uint8_t> bytes(size);
     for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<uint8_t>(i * 131 + i / 977);
     std::vector<uint8_t> copy = bytes;  // big-endian loads swap their input
     CountingRunner runner(pool);
-    auto parallel = LoadWithFormat(group.formats[0], bytes.data(), size, c.width, c.height, log,
+    auto parallel = LoadWithFormat(*format, bytes.data(), size, c.width, c.height, log,
                                    &runner);
-    auto sequential = LoadWithFormat(group.formats[0], copy.data(), size, c.width, c.height, log);
+    auto sequential = LoadWithFormat(*format, copy.data(), size, c.width, c.height, log);
     ASSERT_TRUE(parallel && sequential) << c.expression;
     EXPECT_EQ(runner.calls, (std::vector<uint32_t>{3})) << c.expression;
     for (uint32_t p = 0; p < 3; ++p) {
@@ -70,10 +70,10 @@ TEST(ParallelUnpackTest, SmallImagesStayOnTheCallingThread) {
   WorkerPool pool(3);
   CountingRunner runner(pool);
   CNullLineSink log;
-  FormatGroup group;
-  ASSERT_TRUE(ParseFormatLine("[.*],I,YUYV,8", 0, group, log));
+  const std::optional<FormatExpression> format = ParseFormatExpression("I,YUYV,8", 0, log);
+  ASSERT_TRUE(format);
   std::vector<uint8_t> bytes(64 * 48 * 2, 9);
-  EXPECT_TRUE(LoadWithFormat(group.formats[0], bytes.data(), bytes.size(), 64, 48, log, &runner));
+  EXPECT_TRUE(LoadWithFormat(*format, bytes.data(), bytes.size(), 64, 48, log, &runner));
   EXPECT_TRUE(runner.calls.empty());
   EXPECT_EQ(pool.StartedThreads(), 0u);
 }
