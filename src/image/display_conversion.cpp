@@ -170,51 +170,81 @@ void CYuvToRgbRows::ConvertRow(const uint8_t* y, const uint8_t* u, const uint8_t
   (this->*kKernels[kind])(y, u, v, out, count);
 }
 
-bool BuildGrayRendition(const Plane& plane, DisplayRendition& out) {
+namespace {
+
+// Below this many pixels a rendition is built on the calling thread.
+constexpr uint64_t kBandedRenditionPixels = uint64_t{1} << 16;
+
+// Calls band_rows(first, last) for bands of the rendition's rows, on
+// `runner` when it has threads to spare. Every row is written by exactly one
+// call, with the same arithmetic as a single pass, so the bytes do not
+// depend on the banding.
+template <typename BandRows>
+void BuildInBands(const DisplayRendition& out, IParallelRunner* runner, const BandRows& band_rows) {
+  if (out.width == 0 || out.height == 0) return;
+  const Rect rows{0, 0, out.width - 1, out.height - 1};
+  RunInBands(
+      rows, runner, nullptr,
+      [&](const Rect& band, IRowObserver*) {
+        band_rows(band.min_y, band.max_y);
+        return true;
+      },
+      kBandedRenditionPixels);
+}
+
+}  // namespace
+
+bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner) {
   if (!AllocatePixels(plane.width(), plane.height(), out)) return false;
   return DispatchBits(plane.bits(), [&]<typename T>(std::type_identity<T>) {
-    for (uint32_t y = 0; y < plane.height(); ++y) {
-      const T* src = plane.Row<T>(y);
-      uint32_t* dst = out.pixels.data() + uint64_t{y} * plane.width();
-      for (uint32_t x = 0; x < plane.width(); ++x) {
-        const uint8_t v = ReduceToByte(src[x]);
-        dst[x] = PackDisplayPixel(v, v, v);
+    BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+      for (uint32_t y = first; y <= last; ++y) {
+        const T* src = plane.Row<T>(y);
+        uint32_t* dst = out.pixels.data() + uint64_t{y} * plane.width();
+        for (uint32_t x = 0; x < plane.width(); ++x) {
+          const uint8_t v = ReduceToByte(src[x]);
+          dst[x] = PackDisplayPixel(v, v, v);
+        }
       }
-    }
+    });
   });
 }
 
-bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out) {
+bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out, IParallelRunner* runner) {
   if (planes.size() != 3 || !AllocatePixels(planes[0].width(), planes[0].height(), out)) {
     return false;
   }
   return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
-    for (uint32_t y = 0; y < out.height; ++y) {
-      const T* r = planes[0].Row<T>(y);
-      const T* g = planes[1].Row<T>(y);
-      const T* b = planes[2].Row<T>(y);
-      uint32_t* dst = out.pixels.data() + uint64_t{y} * out.width;
-      for (uint32_t x = 0; x < out.width; ++x) {
-        dst[x] = PackDisplayPixel(ReduceToByte(r[x]), ReduceToByte(g[x]), ReduceToByte(b[x]));
+    BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+      for (uint32_t y = first; y <= last; ++y) {
+        const T* r = planes[0].Row<T>(y);
+        const T* g = planes[1].Row<T>(y);
+        const T* b = planes[2].Row<T>(y);
+        uint32_t* dst = out.pixels.data() + uint64_t{y} * out.width;
+        for (uint32_t x = 0; x < out.width; ++x) {
+          dst[x] = PackDisplayPixel(ReduceToByte(r[x]), ReduceToByte(g[x]), ReduceToByte(b[x]));
+        }
       }
-    }
+    });
   });
 }
 
 bool BuildYuvRendition(const std::vector<Plane>& planes, const ColorTransform& transform,
-                       DisplayRendition& out) {
+                       DisplayRendition& out, IParallelRunner* runner) {
   if (planes.size() != 3 || !AllocatePixels(planes[0].width(), planes[0].height(), out)) {
     return false;
   }
   const CYuvToRgbRows kernel(transform);
   return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
-    ByteRows<T> bytes(out.width);
-    for (uint32_t y = 0; y < out.height; ++y) {
-      const uint8_t* yy = bytes.Reduce(planes[0], y, 0);
-      const uint8_t* uu = bytes.Reduce(planes[1], y, 1);
-      const uint8_t* vv = bytes.Reduce(planes[2], y, 2);
-      kernel.ConvertRow(yy, uu, vv, out.pixels.data() + uint64_t{y} * out.width, out.width);
-    }
+    BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+      ByteRows<T> bytes(out.width);  // each band reduces into rows of its own
+      for (uint32_t y = first; y <= last; ++y) {
+        const uint8_t* yy = bytes.Reduce(planes[0], y, 0);
+        const uint8_t* uu = bytes.Reduce(planes[1], y, 1);
+        const uint8_t* vv = bytes.Reduce(planes[2], y, 2);
+        kernel.ConvertRow(yy, uu, vv, out.pixels.data() + uint64_t{y} * out.width, out.width);
+      }
+    });
   });
 }
 

@@ -128,15 +128,14 @@ struct Canvas {
 // Converts a band row by row: the row's source samples are gathered (or
 // black where the canvas has no source), converted pixel by pixel, and
 // stored with the target's depth. Typed loops per row; the pixel loop never
-// branches on a format.
-class CConvertImageProcessor final : public CBandJob {
+// branches on a format. One per band: it holds the band's row buffers.
+class CConvertBand final {
  public:
-  CConvertImageProcessor(const CImageConcreteBase& source, CImageConcreteBase& target, const Canvas& canvas,
-                         const FamilyConverter& converter, const CYuvToRgbRows* fast_yuv)
+  CConvertBand(const CImageConcreteBase& source, CImageConcreteBase& target, const Canvas& canvas,
+               const FamilyConverter& converter, const CYuvToRgbRows* fast_yuv)
       : source_(source), target_(target), canvas_(canvas), converter_(converter), fast_yuv_(fast_yuv) {}
 
- private:
-  bool Work(const Rect& band, IRowObserver* observer) override {
+  bool Work(const Rect& band, IRowObserver* observer) {
     if (fast_yuv_ != nullptr && canvas_.identity && target_.GetBitsPerComponent() == 8) {
       return WorkDirect(band, observer);
     }
@@ -155,6 +154,7 @@ class CConvertImageProcessor final : public CBandJob {
     return true;
   }
 
+ private:
   // 8-bit YUV to 8-bit RGB at the same place: the display's row kernel from
   // the source rows straight into the target's planes.
   bool WorkDirect(const Rect& band, IRowObserver* observer) {
@@ -263,8 +263,9 @@ ConvertRun RunConvert(const CImageConcreteBase& source, const ConvertRequest& re
     fast_yuv = std::make_unique<CYuvToRgbRows>(request.yuv_to_rgb);
   }
   CImageConcreteBase& out = *target;
-  result.run = RunBandJobs({0, 0, width - 1, height - 1}, runner, progress, [&] {
-    return std::make_unique<CConvertImageProcessor>(source, out, canvas, converter, fast_yuv.get());
+  const Rect region{0, 0, width - 1, height - 1};
+  result.run = RunInBands(region, &runner, progress, [&](const Rect& band, IRowObserver* observer) {
+    return CConvertBand(source, out, canvas, converter, fast_yuv.get()).Work(band, observer);
   });
   if (result.run.ok) result.image = std::move(target);
   return result;
