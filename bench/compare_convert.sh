@@ -32,16 +32,28 @@ ffmpeg_ms() {
     t=$(/usr/bin/ffmpeg -hide_banner -nostdin -benchmark -threads "$threads" -filter_threads "$threads" \
           -f rawvideo -pix_fmt nv12 -s 3840x2160 -i "$frame" \
           -f rawvideo -pix_fmt rgb24 -y /dev/null 2>&1 | sed -n 's/.*rtime=\([0-9.]*\)s.*/\1/p')
+    if [ -z "$t" ]; then
+      echo "compare_convert.sh: ffmpeg printed no rtime figure (threads $threads)" >&2
+      exit 1
+    fi
     t=$(awk -v s="$t" 'BEGIN { printf "%.1f", s * 1000 }')
     if [ -z "$best" ] || awk -v a="$t" -v b="$best" 'BEGIN { exit !(a < b) }'; then best=$t; fi
   done
   echo "$best"
 }
 
+# Benchmark names end in "/real_time" (UseRealTime); the third CSV column is
+# the real time in ms.
 korvanel_ms() {
-  KORVANEL_BENCH_NV12="$frame" "$build/bench/korvanel_bench" \
-    --benchmark_filter="BM_ConvertNv12ToRgb/same_size/$1\$" --benchmark_min_time=1 \
-    --benchmark_format=csv 2>/dev/null | awk -F, '/BM_Convert/ { printf "%.1f", $3 }'
+  local name="BM_ConvertNv12ToRgb/same_size/$1/real_time" t
+  t=$(KORVANEL_BENCH_NV12="$frame" "$build/bench/korvanel_bench" \
+        --benchmark_filter="^$name\$" --benchmark_min_time=1 \
+        --benchmark_format=csv 2>/dev/null | awk -F, -v n="\"$name\"" '$1 == n { printf "%.1f", $3 }')
+  if [ -z "$t" ]; then
+    echo "compare_convert.sh: no figure for benchmark $name" >&2
+    exit 1
+  fi
+  echo "$t"
 }
 
 ff1=$(ffmpeg_ms 1)

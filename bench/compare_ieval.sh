@@ -66,14 +66,14 @@ PY
 # ImageMagick on one thread; one run is long enough to time.
 start=$(date +%s%N)
 MAGICK_THREAD_LIMIT=1 "$magick" -size 3840x2160 -depth 8 "gray:$work/frame1.gray" "gray:$work/frame2.gray" \
-  -fx "(u+v)/2" "gray:$work/magick.gray"
+  -fx "(u+v)/2" "gray:$work/magick.gray" || { echo "compare_ieval.sh: ImageMagick -fx failed" >&2; exit 1; }
 magick_ms=$(( ($(date +%s%N) - start) / 1000000 ))
 
 cmake --build "$build" --target korvanel_bench -j2 >/dev/null
 KORVANEL_BENCH_FRAME1="$work/frame1.gray" KORVANEL_BENCH_FRAME2="$work/frame2.gray" \
   "$build/bench/korvanel_bench" --benchmark_filter='BM_IEval' --benchmark_repetitions=5 \
   --benchmark_report_aggregates_only=true --benchmark_format=csv 2>/dev/null \
-  | grep '_median' > "$work/korvanel.csv"
+  | grep '_median' > "$work/korvanel.csv" || true
 
 /usr/bin/python3 - "$work" "$magick_ms" <<'PY'
 import csv, sys
@@ -85,7 +85,13 @@ rows = {}
 for r in csv.reader(open(work + "/korvanel.csv")):
     # BM_IEval/<expression>/<pool>/real_time_median, real_time in ms
     parts = r[0].strip('"').split("/")
-    rows[(names[parts[1]], parts[2])] = float(r[2])
+    if len(parts) >= 3 and parts[1] in names and r[2]:
+        rows[(names[parts[1]], parts[2])] = float(r[2])
+missing = ["numpy " + k for k in names.values() if k not in numpy]
+missing += ["korvanel BM_IEval/%s/%s" % (n, p) for n, k in names.items() for p in ("0", "1")
+            if (k, p) not in rows]
+if missing:
+    sys.exit("compare_ieval.sh: missing figures: " + ", ".join(missing))
 print("%-18s %12s %12s %12s %10s %10s" % ("expression", "korvanel 1w", "korvanel pool", "numpy", "ratio 1w", "speed-up"))
 for key in ("mean2", "scale", "neighbours"):
     one, pool, np_ms = rows[(key, "0")], rows[(key, "1")], float(numpy[key])

@@ -166,7 +166,7 @@ bool AppState::OpenImage(const std::string& path, const FormatRules& rules) {
     return false;
   }
   StatusMessage("Loading image %s...", path.c_str());
-  LoadedImage loaded = LoadNewImage(path, rules, *format_log_, Jobs().Pool());
+  LoadedImage loaded = LoadNewImage(path, rules, *format_log_, &Jobs());
   format_log_->Flush();
   if (loaded.image) {
     RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
@@ -204,7 +204,7 @@ bool AppState::OpenWithPrompt(const std::string& path) {
       ShowMessage(FormatMessage("Illegal format '%s'", answer.expression.c_str()), kParseError);
       continue;
     }
-    LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_, Jobs().Pool());
+    LoadedImage loaded = LoadNewImage(path, format_rules_, *format_log_, &Jobs());
     format_log_->Flush();
     if (loaded.image) {
       RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app/user_feedback.h"
-#include "ops/progress_sink.h"
+#include "image/progress_sink.h"
 
 namespace korvanel {
 

@@ -12,6 +12,7 @@
 #include "files/path_parts.h"
 #include "files/picture_codec.h"
 #include "image/ascii_matrix.h"
+#include "image/huge_pages.h"
 #include "image/image_factory.h"
 #include "image/image_yuv.h"
 #include "image/memory_budget.h"
@@ -93,7 +94,11 @@ class FileBytes {
   std::optional<std::vector<uint8_t>> Read(uint64_t position, uint64_t count) const {
     if (count == 0 || position > size_ || count > size_ - position) return std::nullopt;
     try {
-      std::vector<uint8_t> bytes(static_cast<size_t>(count));
+      // Reserved and advised before the first touch (see huge_pages.h).
+      std::vector<uint8_t> bytes;
+      bytes.reserve(static_cast<size_t>(count));
+      AdviseHugePages(bytes.data(), static_cast<size_t>(count));
+      bytes.resize(static_cast<size_t>(count));
       std::ifstream file(path_, std::ios::binary);
       file.seekg(static_cast<std::streamoff>(position));
       if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count))) {

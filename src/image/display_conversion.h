@@ -12,6 +12,7 @@
 
 #include "image/color_transform.h"
 #include "image/display_rendition.h"
+#include "image/parallel_runner.h"
 #include "image/plane.h"
 
 namespace korvanel {
@@ -60,10 +61,12 @@ class CYuvToRgbRows {
 
 // Renditions of one plane (grey) or three planes (RGB, or YUV through the
 // transform). The planes share one size and depth. False on an unsupported
-// depth or when the pixels cannot be allocated.
-bool BuildGrayRendition(const Plane& plane, DisplayRendition& out);
-bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out);
+// depth or when the pixels cannot be allocated. With a runner, bands of rows
+// are built on its threads; the bytes are the same either way.
+bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner = nullptr);
+bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out,
+                       IParallelRunner* runner = nullptr);
 bool BuildYuvRendition(const std::vector<Plane>& planes, const ColorTransform& transform,
-                       DisplayRendition& out);
+                       DisplayRendition& out, IParallelRunner* runner = nullptr);
 
 }  // namespace korvanel

@@ -6,11 +6,13 @@
 #include <utility>
 #include <vector>
 
+#include "image/huge_pages.h"
+
 namespace korvanel {
 
 // Leaves elements uninitialised when a vector grows without a value: the
 // rendition is written whole right after it is sized, so zeroing it first
-// would only cost a pass over memory.
+// would only cost a pass over memory. Large blocks ask for huge pages.
 template <typename T>
 struct NoFillAllocator : std::allocator<T> {
   using value_type = T;
@@ -19,6 +21,11 @@ struct NoFillAllocator : std::allocator<T> {
     using other = NoFillAllocator<U>;
   };
   NoFillAllocator() = default;
+  T* allocate(size_t n) {
+    T* p = std::allocator<T>::allocate(n);
+    AdviseHugePages(p, n * sizeof(T));
+    return p;
+  }
   template <typename U>
   NoFillAllocator(const NoFillAllocator<U>&) noexcept {}
   template <typename U>

@@ -69,12 +69,12 @@ std::unique_ptr<IImageContainer> CImageConcreteBase::ExtractComponent(uint32_t i
 
 bool CImageConcreteBase::ImportRgb32(uint32_t, const uint32_t*) { return false; }
 
-const DisplayRendition* CImageConcreteBase::BuildDisplay() {
+const DisplayRendition* CImageConcreteBase::BuildDisplay(IParallelRunner* runner) {
   if (display_ || planes_.empty()) return display_.get();
   // A filter kept as tables only: the shown copy exists while rendering.
   const bool transient = kept_filter_ != nullptr && filtered_planes_.empty() && RebuildShownCopy(*this);
   auto rendition = std::make_unique<DisplayRendition>();
-  if (RenderDisplay(*rendition)) display_ = std::move(rendition);
+  if (RenderDisplay(*rendition, runner)) display_ = std::move(rendition);
   if (transient) {
     filtered_planes_.clear();
     filtered_planes_.shrink_to_fit();
@@ -310,7 +310,7 @@ void CImageConcreteBase::SetPlanes(std::vector<Plane> planes) {
 
 std::vector<Plane> CImageConcreteBase::PrepareLoad(uint8_t* data, uint64_t byte_count,
                                                    uint64_t expected, int32_t bpp, uint32_t width,
-                                                   uint32_t height, uint32_t count) {
+                                                   uint32_t height, uint32_t count, InputSwap swap) {
   const uint32_t bits = BppMagnitude(bpp);
   if (!IsSupportedBits(bits)) return {};
   const bool empty_request = data == nullptr && byte_count == 0;
@@ -319,7 +319,7 @@ std::vector<Plane> CImageConcreteBase::PrepareLoad(uint8_t* data, uint64_t byte_
   for (Plane& plane : planes) {
     if (!plane.Allocate(bits, width, height, empty_request)) return {};
   }
-  if (!empty_request) SwapBytesInPlace(data, byte_count, bpp);
+  if (!empty_request && swap == InputSwap::Here) SwapBytesInPlace(data, byte_count, bpp);
   return planes;
 }
 

@@ -25,7 +25,7 @@ class CImageConcreteBase : public IImageContainer {
   std::unique_ptr<IImageContainer> Duplicate(DuplicateArea area) const override;
   std::unique_ptr<IImageContainer> ExtractComponent(uint32_t index) const override;
   bool ImportRgb32(uint32_t reserved, const uint32_t* pixels) override;
-  const DisplayRendition* BuildDisplay() override;
+  const DisplayRendition* BuildDisplay(IParallelRunner* runner = nullptr) override;
   bool RunPlaneJob(IPlaneProcessor& processor) override;
   bool Resize(uint32_t new_width, uint32_t new_height, const Rect& source, ResizeMode mode) override;
   bool CopyPixelsOut(void* destination, uint32_t flags, const Rect* area) const override;
@@ -111,7 +111,7 @@ class CImageConcreteBase : public IImageContainer {
   // An empty image of the same class carrying the same layout description.
   virtual std::unique_ptr<CImageConcreteBase> NewEmptyLike() const = 0;
   // The rendition of the planes (BuildDisplay keeps it until the next refresh).
-  virtual bool RenderDisplay(DisplayRendition& out) const = 0;
+  virtual bool RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const = 0;
   // Planes, letters and own layout for the writer behind Save.
   virtual WriterLayout DescribeForWriter() const = 0;
   // Size of one frame as the file holds it.
@@ -124,9 +124,12 @@ class CImageConcreteBase : public IImageContainer {
   // count of 0) and only then swaps big-endian input, so a refused load
   // leaves the caller's bytes untouched. Null data with a non-zero count is
   // refused. Returns the planes, or an empty vector on refusal.
+  // With InputSwap::ByCaller the caller swaps the input itself after a
+  // successful PrepareLoad (while copying it).
+  enum class InputSwap { Here, ByCaller };
   static std::vector<Plane> PrepareLoad(uint8_t* data, uint64_t byte_count, uint64_t expected,
                                         int32_t bpp, uint32_t width, uint32_t height,
-                                        uint32_t count);
+                                        uint32_t count, InputSwap swap = InputSwap::Here);
   // Keeps the loaded planes with the file's byte count and byte order.
   void FinishLoad(std::vector<Plane> planes, uint64_t byte_count, int32_t bpp);
 

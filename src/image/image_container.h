@@ -27,6 +27,7 @@
 namespace korvanel {
 
 struct DisplayRendition;
+class IParallelRunner;
 class IPlaneProcessor;
 // Defined with the writers, the statistics file and the histogram.
 struct SaveRequest;
@@ -50,8 +51,9 @@ class IImageContainer {
   // A grey copy of one plane; index 3 reads the third plane. Null when refused.
   virtual std::unique_ptr<IImageContainer> ExtractComponent(uint32_t index) const = 0;
   virtual bool ImportRgb32(uint32_t reserved, const uint32_t* pixels) = 0;
-  // Builds the rendition only when none exists.
-  virtual const DisplayRendition* BuildDisplay() = 0;
+  // Builds the rendition only when none exists, in bands on `runner` when
+  // one is given.
+  virtual const DisplayRendition* BuildDisplay(IParallelRunner* runner = nullptr) = 0;
   virtual bool RunPlaneJob(IPlaneProcessor& processor) = 0;
   virtual bool Resize(uint32_t new_width, uint32_t new_height, const Rect& source,
                       ResizeMode mode) = 0;

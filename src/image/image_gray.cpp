@@ -12,9 +12,11 @@ bool CImageGray::Load(uint8_t* data, uint64_t byte_count, uint32_t width, uint32
                       std::string_view layout, int32_t bpp) {
   if (layout != "Y") return false;
   const uint64_t expected = PlanarFrameBytes(width, height, BppBytes(bpp), 1);
-  std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 1);
+  // The input is swapped while it is copied: one pass instead of two.
+  std::vector<Plane> planes = PrepareLoad(data, byte_count, expected, bpp, width, height, 1,
+                                          InputSwap::ByCaller);
   if (planes.empty()) return false;
-  if (data != nullptr) CopySamplesOfPlane(data, planes[0]);
+  if (data != nullptr) CopySwappedSamplesOfPlane(data, bpp, planes[0]);
   FinishLoad(std::move(planes), byte_count, bpp);
   return true;
 }
@@ -23,8 +25,8 @@ std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
   return std::make_unique<CImageGray>();
 }
 
-bool CImageGray::RenderDisplay(DisplayRendition& out) const {
-  return BuildGrayRendition(ShownPlanes()[0], out);
+bool CImageGray::RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const {
+  return BuildGrayRendition(ShownPlanes()[0], out, runner);
 }
 
 WriterLayout CImageGray::DescribeForWriter() const {

@@ -13,7 +13,7 @@ class CImageGray : public CImageConcreteBase {
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
-  bool RenderDisplay(DisplayRendition& out) const override;
+  bool RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const override;
   WriterLayout DescribeForWriter() const override;
 };
 

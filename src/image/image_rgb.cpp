@@ -75,7 +75,9 @@ std::unique_ptr<CImageConcreteBase> CImageRgb::NewEmptyLike() const {
   return out;
 }
 
-bool CImageRgb::RenderDisplay(DisplayRendition& out) const { return BuildRgbRendition(ShownPlanes(), out); }
+bool CImageRgb::RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const {
+  return BuildRgbRendition(ShownPlanes(), out, runner);
+}
 
 WriterLayout CImageRgb::DescribeForWriter() const {
   WriterLayout layout;

@@ -25,7 +25,7 @@ class CImageRgb : public CImageConcreteBase {
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
-  bool RenderDisplay(DisplayRendition& out) const override;
+  bool RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const override;
   WriterLayout DescribeForWriter() const override;
 
  private:

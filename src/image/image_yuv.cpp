@@ -219,8 +219,8 @@ uint64_t CImageYuv::ComputeRawByteSize() const {
   return YuvFrameBytes(counts_, width_, height_, bits_ / 8);
 }
 
-bool CImageYuv::RenderDisplay(DisplayRendition& out) const {
-  return BuildYuvRendition(ShownPlanes(), g_yuv_to_rgb, out);
+bool CImageYuv::RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const {
+  return BuildYuvRendition(ShownPlanes(), g_yuv_to_rgb, out, runner);
 }
 
 namespace {

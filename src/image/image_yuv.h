@@ -83,7 +83,7 @@ class CImageYuv : public CImageConcreteBase {
 
  protected:
   std::unique_ptr<CImageConcreteBase> NewEmptyLike() const override;
-  bool RenderDisplay(DisplayRendition& out) const override;
+  bool RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const override;
   WriterLayout DescribeForWriter() const override;
   uint64_t ComputeRawByteSize() const override;
 

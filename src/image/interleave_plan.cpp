@@ -67,19 +67,22 @@ void InterleavePlan::RunAll(const uint8_t* src, uint64_t byte_count, Plane* cons
 
 void InterleavePlan::RunOn(IParallelRunner* runner, const uint8_t* src, uint64_t byte_count,
                            Plane* const planes[3]) const {
-  // Below this a band costs more to hand over than to unpack.
+  // Below two bands of this many groups a band costs more to hand over than
+  // to unpack.
   constexpr uint64_t kMinGroupsPerBand = 64 * 1024;
-  const uint64_t groups = GroupCount(PixelCount(*planes[0]));
-  const uint64_t useful = groups / kMinGroupsPerBand;
-  const uint32_t bands =
-      runner == nullptr ? 1 : static_cast<uint32_t>(std::min<uint64_t>(runner->BandCount(), useful));
-  if (bands <= 1) {
-    RunAll(src, byte_count, planes);
-    return;
-  }
-  RunBandsOn(runner, bands, [&](uint32_t band) {
-    RunGroups(groups * band / bands, groups * (band + 1) / bands, src, byte_count, planes);
-  });
+  const Plane& first = *planes[0];
+  if (first.width() == 0 || first.height() == 0) return;
+  const uint64_t width = first.width();
+  // A band of rows owns the groups whose first pixel lies in it.
+  const auto first_group = [&](uint64_t row) { return GroupCount(row * width); };
+  const Rect rows{0, 0, first.width() - 1, first.height() - 1};
+  RunInBands(
+      rows, runner, nullptr,
+      [&](const Rect& band, IRowObserver*) {
+        RunGroups(first_group(band.min_y), first_group(uint64_t{band.max_y} + 1), src, byte_count, planes);
+        return true;
+      },
+      2 * kMinGroupsPerBand * pixels_per_group_);
 }
 
 void InterleavePlan::RunGroups(uint64_t group_begin, uint64_t group_end, const uint8_t* src,

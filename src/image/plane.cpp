@@ -1,9 +1,11 @@
 #include "image/plane.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
 
+#include "image/huge_pages.h"
 #include "image/memory_budget.h"
 #include "image/sample_type.h"
 
@@ -25,14 +27,17 @@ bool Plane::Allocate(uint32_t bits, uint32_t width, uint32_t height, bool zero) 
   if (!bytes || !MemoryAvailableFor(*bytes)) return false;
   // One byte at least so that an empty plane still has a distinct address.
   const size_t size = static_cast<size_t>(*bytes == 0 ? 1 : *bytes);
-  data_.reset(zero ? new (std::nothrow) uint8_t[size]() : new (std::nothrow) uint8_t[size]);
+  data_.reset(static_cast<uint8_t*>(zero ? std::calloc(size, 1) : std::malloc(size)));
   if (!data_) return false;
+  AdviseHugePages(data_.get(), size);
   bits_ = bits;
   width_ = width;
   height_ = height;
   byte_size_ = *bytes;
   return true;
 }
+
+void Plane::FreeBytes::operator()(uint8_t* p) const { std::free(p); }
 
 void Plane::Reset() {
   data_.reset();

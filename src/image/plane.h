@@ -48,7 +48,13 @@ class Plane {
   uint32_t SampleAt(uint32_t x, uint32_t y) const;
 
  private:
-  std::unique_ptr<uint8_t[]> data_;
+  // malloc'd: calloc leaves fresh pages from the system as they come (zero)
+  // instead of touching them, so a zeroed plane's first touch happens where
+  // it is written, possibly on many threads.
+  struct FreeBytes {
+    void operator()(uint8_t* p) const;
+  };
+  std::unique_ptr<uint8_t[], FreeBytes> data_;
   uint32_t bits_ = 0;
   uint32_t width_ = 0;
   uint32_t height_ = 0;

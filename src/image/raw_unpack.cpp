@@ -19,6 +19,30 @@ void SwapBytesInPlace(uint8_t* data, uint64_t byte_count, int32_t bpp) {
   if (bpp == -32) SwapUnits<uint32_t>(data, byte_count / 4);
 }
 
+namespace {
+
+template <typename T>
+void CopySwappedUnits(uint8_t* src, T* dst, uint64_t units) {
+  for (uint64_t i = 0; i < units; ++i) {
+    const T v = ByteSwap(LoadSample<T>(src + i * sizeof(T)));
+    StoreSample<T>(src + i * sizeof(T), v);
+    dst[i] = v;
+  }
+}
+
+}  // namespace
+
+void CopySwappedSamplesOfPlane(uint8_t* src, int32_t bpp, Plane& plane) {
+  const uint64_t bytes = plane.byte_size();
+  if (bpp == -16) {
+    CopySwappedUnits(src, plane.Row<uint16_t>(0), bytes / 2);
+  } else if (bpp == -32) {
+    CopySwappedUnits(src, plane.Row<uint32_t>(0), bytes / 4);
+  } else {
+    CopySamplesOfPlane(src, plane);
+  }
+}
+
 uint64_t PlanarFrameBytes(uint32_t width, uint32_t height, uint32_t bytes_per_sample,
                           uint32_t components) {
   const uint64_t pixels = uint64_t{width} * height;

@@ -29,6 +29,11 @@ inline void CopySamplesOfPlane(const uint8_t* src, Plane& plane) {
   std::memcpy(plane.bytes(), src, static_cast<size_t>(plane.byte_size()));
 }
 
+// CopySamplesOfPlane and SwapBytesInPlace(src, plane bytes, bpp) in one pass
+// over the bytes: for bpp -16 and -32 each unit reaches the plane and `src`
+// byte-reversed; any other bpp is a plain copy.
+void CopySwappedSamplesOfPlane(uint8_t* src, int32_t bpp, Plane& plane);
+
 // One plane of a planar file: `samples` samples each written to `repeat`
 // consecutive raster pixels; pixels past the last sample repeat it.
 void ExpandPlane(const uint8_t* src, uint64_t samples, uint32_t repeat, Plane& plane);

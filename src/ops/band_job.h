@@ -1,33 +1,34 @@
 #pragma once
 
-// A job whose whole work is one kernel call over its band: it counts the
-// band's rows as its progress and stops when its worker is asked to cancel.
+// One band of a band-kernel run as a pool job: the kernel over the job's
+// band, counting the band's rows as its progress and stopping when its
+// worker is asked to cancel.
 
+#include "image/parallel_runner.h"
 #include "image/row_observer.h"
 #include "ops/image_processor_thread.h"
 #include "ops/split_region.h"
 
 namespace korvanel {
 
-class CBandJob : public IImageProcessorThread, protected IRowObserver {
+class CBandJob final : public IImageProcessorThread, private IRowObserver {
  public:
-  bool Run() final {
+  explicit CBandJob(const BandKernel& kernel) : kernel_(kernel) {}
+
+  bool Run() override {
     ResetProgress();
     if (IsEmptyBand(Band())) return true;
-    return Work(Band(), this);
+    return kernel_(Band(), this);
   }
-  void SetCancelFlag(const CancelFlag* flag) final { cancel_ = flag; }
-
- protected:
-  // The kernel over `band`, calling observer->RowDone after every row.
-  virtual bool Work(const Rect& band, IRowObserver* observer) = 0;
+  void SetCancelFlag(const CancelFlag* flag) override { cancel_ = flag; }
 
  private:
-  bool RowDone(uint32_t pixels) final {
+  bool RowDone(uint32_t pixels) override {
     AddProgress(pixels);
     return !CancelRequested(cancel_);
   }
 
+  const BandKernel& kernel_;
   const CancelFlag* cancel_ = nullptr;
 };
 

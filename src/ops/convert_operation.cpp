@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <vector>
 
 #include "image/display_conversion.h"
@@ -15,12 +14,6 @@ namespace korvanel {
 namespace {
 
 enum class Family { Gray, Rgb, Yuv };
-
-Family FamilyOf(const IImageContainer& image) {
-  if (std::strcmp(image.TypeName(), "RGB") == 0) return Family::Rgb;
-  if (std::strcmp(image.TypeName(), "YUV") == 0) return Family::Yuv;
-  return Family::Gray;
-}
 
 Family FamilyOf(ColorKind kind) {
   switch (kind) {
@@ -129,15 +122,14 @@ struct Canvas {
 // black where the canvas has no source), converted pixel by pixel, and
 // stored with the target's depth. Gathering and storing are typed loops per
 // row; the family converter still branches on the source and target
-// families for every pixel.
-class CConvertImageProcessor final : public CBandJob {
+// families for every pixel. One per band: it holds the band's row buffers.
+class CConvertBand final {
  public:
-  CConvertImageProcessor(const CImageConcreteBase& source, CImageConcreteBase& target, const Canvas& canvas,
-                         const FamilyConverter& converter, const CYuvToRgbRows* fast_yuv)
+  CConvertBand(const CImageConcreteBase& source, CImageConcreteBase& target, const Canvas& canvas,
+               const FamilyConverter& converter, const CYuvToRgbRows* fast_yuv)
       : source_(source), target_(target), canvas_(canvas), converter_(converter), fast_yuv_(fast_yuv) {}
 
- private:
-  bool Work(const Rect& band, IRowObserver* observer) override {
+  bool Work(const Rect& band, IRowObserver* observer) {
     if (fast_yuv_ != nullptr && canvas_.identity && target_.GetBitsPerComponent() == 8) {
       return WorkDirect(band, observer);
     }
@@ -156,6 +148,7 @@ class CConvertImageProcessor final : public CBandJob {
     return true;
   }
 
+ private:
   // 8-bit YUV to 8-bit RGB at the same place: the display's row kernel from
   // the source rows straight into the target's planes.
   bool WorkDirect(const Rect& band, IRowObserver* observer) {
@@ -257,15 +250,16 @@ ConvertRun RunConvert(const CImageConcreteBase& source, const ConvertRequest& re
   const int64_t sign = output_larger ? 1 : -1;
   Canvas canvas{{sign * request.offset.x, sw, request.tiled}, {sign * request.offset.y, sh, request.tiled}};
   canvas.identity = width == sw && height == sh && request.offset.x == 0 && request.offset.y == 0;
-  const FamilyConverter converter(FamilyOf(source), FamilyOf(request.target.color_kind),
+  const FamilyConverter converter(FamilyOf(ColorKindOf(source)), FamilyOf(request.target.color_kind),
                                   source.GetBitsPerComponent(), request.yuv_to_rgb, request.rgb_to_yuv);
   std::unique_ptr<CYuvToRgbRows> fast_yuv;
   if (converter.YuvToRgbOnly() && source.GetBitsPerComponent() == 8) {
     fast_yuv = std::make_unique<CYuvToRgbRows>(request.yuv_to_rgb);
   }
   CImageConcreteBase& out = *target;
-  result.run = RunBandJobs({0, 0, width - 1, height - 1}, runner, progress, [&] {
-    return std::make_unique<CConvertImageProcessor>(source, out, canvas, converter, fast_yuv.get());
+  const Rect region{0, 0, width - 1, height - 1};
+  result.run = RunInBands(region, &runner, progress, [&](const Rect& band, IRowObserver* observer) {
+    return CConvertBand(source, out, canvas, converter, fast_yuv.get()).Work(band, observer);
   });
   if (result.run.ok) result.image = std::move(target);
   return result;

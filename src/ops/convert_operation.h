@@ -17,7 +17,7 @@
 #include "image/color_transform.h"
 #include "image/format_expression.h"
 #include "image/image_concrete_base.h"
-#include "ops/band_operation.h"
+#include "ops/job_runner.h"
 #include "ops/convert_parsers.h"
 
 namespace korvanel {

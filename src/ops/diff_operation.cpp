@@ -6,27 +6,6 @@
 
 namespace korvanel {
 
-namespace {
-
-class CDiffImageProcessor final : public CBandJob {
- public:
-  CDiffImageProcessor(const CImageConcreteBase& left, const CImageConcreteBase& right, uint32_t code,
-                      Plane& out)
-      : left_(left), right_(right), code_(code), out_(out) {}
-
- private:
-  bool Work(const Rect& band, IRowObserver* observer) override {
-    return DiffBand(left_, right_, code_, band, out_, observer);
-  }
-
-  const CImageConcreteBase& left_;
-  const CImageConcreteBase& right_;
-  uint32_t code_;
-  Plane& out_;  // each job writes only its band
-};
-
-}  // namespace
-
 uint32_t DiffRoutineCode(uint32_t type_index) {
   constexpr uint32_t kCodes[] = {0, kDiffMasked, kDiffAbsolute, kDiffMasked | kDiffAbsolute};
   return type_index < 4 ? kCodes[type_index] : 0;
@@ -40,8 +19,8 @@ DiffRun RunDiff(const CImageConcreteBase& left, const CImageConcreteBase& right,
   Plane out;
   if (width == 0 || height == 0 || !out.Allocate(8, width, height, true)) return result;
   const Rect region = WorkedRegion(left);
-  result.run = RunBandJobs(region, runner, progress, [&] {
-    return std::make_unique<CDiffImageProcessor>(left, right, code, out);
+  result.run = RunInBands(region, &runner, progress, [&](const Rect& band, IRowObserver* observer) {
+    return DiffBand(left, right, code, band, out, observer);
   });
   if (!result.run.ok) return result;
   auto image = std::make_unique<CImageGray>();

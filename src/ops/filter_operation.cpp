@@ -5,25 +5,6 @@
 
 namespace korvanel {
 
-namespace {
-
-class CFilterImageProcessor final : public CBandJob {
- public:
-  CFilterImageProcessor(CImageConcreteBase& image, const FilterTables& tables, bool all_components)
-      : image_(image), tables_(tables), all_components_(all_components) {}
-
- private:
-  bool Work(const Rect& band, IRowObserver* observer) override {
-    return ApplyFilterBand(image_, tables_, all_components_, band, observer);
-  }
-
-  CImageConcreteBase& image_;  // each job writes only its band of the mask and copy
-  const FilterTables& tables_;
-  bool all_components_;
-};
-
-}  // namespace
-
 BandRun RunFilter(CImageConcreteBase& image, const FilterTables& tables, bool all_components,
                   const std::string& label, JobRunner& runner, IProgressSink* progress, bool low_memory) {
   const Rect region = WorkedRegion(image);
@@ -31,8 +12,9 @@ BandRun RunFilter(CImageConcreteBase& image, const FilterTables& tables, bool al
   image.GetSize(width, height);
   const bool whole = region.Width() == width && region.Height() == height;
   if (!BeginFilter(image, label, whole)) return {};
-  BandRun run = RunBandJobs(region, runner, progress, [&] {
-    return std::make_unique<CFilterImageProcessor>(image, tables, all_components);
+  // Each band writes only its rows of the mask and the shown copy.
+  BandRun run = RunInBands(region, &runner, progress, [&](const Rect& band, IRowObserver* observer) {
+    return ApplyFilterBand(image, tables, all_components, band, observer);
   });
   if (!run.ok) image.ClearFilter();
   else if (low_memory) image.KeepFilterTablesOnly(std::make_shared<const FilterTables>(tables), all_components);

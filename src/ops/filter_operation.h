@@ -6,7 +6,7 @@
 
 #include "image/filter_tables.h"
 #include "image/image_concrete_base.h"
-#include "ops/band_operation.h"
+#include "ops/job_runner.h"
 
 namespace korvanel {
 

@@ -1,6 +1,10 @@
 #include "ops/job_runner.h"
 
+#include <mutex>
 #include <thread>
+
+#include "ops/band_job.h"
+#include "ops/split_region.h"
 
 namespace korvanel {
 
@@ -23,37 +27,60 @@ bool JobRunner::RunWithoutPool() {
 
 bool JobRunner::RunJobs() {
   if (pool_ == nullptr) return RunWithoutPool();
-  for (IImageProcessorThread* job : jobs_) job->SetCancelFlag(pool_->AttachJob(job));
-  last_sum_.store(0, std::memory_order_release);
-
-  if (sink_ == nullptr) {
-    pool_->Run();
-  } else {
-    if (!progress_event_) {
-      progress_event_ = std::make_unique<CEvent>(EventReset::Manual);
-    } else {
-      progress_event_->Reset();
-    }
-    std::thread progress(&JobRunner::ProgressLoop, this);
-    pool_->Run();
-    progress_event_->Set();
-    progress.join();
-  }
-  aborted_ = pool_->Aborted();
-  elapsed_ms_ = pool_->ElapsedMs();
+  std::unique_lock lease(pool_->RunLease());
+  const PoolRun run = RunOnPool(jobs_, sink_, period_ms_);
+  aborted_ = run.aborted;
+  elapsed_ms_ = run.elapsed_ms;
   return !aborted_;
 }
 
-void JobRunner::ProgressLoop() {
-  while (!progress_event_->WaitFor(std::chrono::milliseconds(period_ms_))) {
-    uint64_t sum = 0;
-    for (const IImageProcessorThread* job : jobs_) sum += job->GetProgress();
-    const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
-                             std::chrono::steady_clock::now() - pool_->StartTime())
-                             .count();
-    sink_->OnProgress(static_cast<uint64_t>(elapsed < 0 ? 0 : elapsed), sum);
-    last_sum_.store(sum, std::memory_order_release);
+JobRunner::PoolRun JobRunner::RunOnPool(const std::vector<IImageProcessorThread*>& jobs,
+                                        IProgressSink* sink, uint32_t period_ms) {
+  for (IImageProcessorThread* job : jobs) job->SetCancelFlag(pool_->AttachJob(job));
+  last_sum_.store(0, std::memory_order_release);
+
+  if (sink == nullptr) {
+    pool_->Run();
+  } else {
+    // "IpmTimerEvent": ends the progress thread.
+    CEvent finished(EventReset::Manual);
+    std::thread progress([&] {
+      while (!finished.WaitFor(std::chrono::milliseconds(period_ms))) {
+        uint64_t sum = 0;
+        for (const IImageProcessorThread* job : jobs) sum += job->GetProgress();
+        const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
+                                 std::chrono::steady_clock::now() - pool_->StartTime())
+                                 .count();
+        sink->OnProgress(static_cast<uint64_t>(elapsed < 0 ? 0 : elapsed), sum);
+        last_sum_.store(sum, std::memory_order_release);
+      }
+    });
+    pool_->Run();
+    finished.Set();
+    progress.join();
   }
+  return {pool_->Aborted(), pool_->ElapsedMs()};
+}
+
+BandRun JobRunner::RunBands(const Rect& region, IProgressSink* progress, const BandKernel& kernel) {
+  if (pool_ == nullptr) return RunAsOneBand(region, kernel);
+  std::unique_lock lease(pool_->RunLease(), std::try_to_lock);
+  if (!lease.owns_lock()) return RunAsOneBand(region, kernel);
+
+  std::vector<std::unique_ptr<CBandJob>> jobs;
+  std::vector<IImageProcessorThread*> pointers;
+  for (uint32_t j = 0; j < JobSlots(); ++j) {
+    jobs.push_back(std::make_unique<CBandJob>(kernel));
+    pointers.push_back(jobs.back().get());
+  }
+  SplitRows(pointers.data(), static_cast<uint32_t>(pointers.size()), region);
+  const PoolRun pool_run = RunOnPool(pointers, progress, kDefaultPeriodMs);
+  BandRun run;
+  run.parallel = true;
+  run.aborted = pool_run.aborted;
+  run.ok = !pool_run.aborted;
+  run.elapsed_ms = pool_run.elapsed_ms;
+  return run;
 }
 
 void JobRunner::Cancel() {

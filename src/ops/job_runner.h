@@ -4,23 +4,31 @@
 // a pool (max_process_threads -1) the jobs run one after the other on the
 // calling thread, without progress and without cancel.
 //
-// Calling order: build the jobs (JobSlots() of them for a parallel
-// operation, one for a single-job operation), SplitRegion over the worked
-// region, SetJobs, RunJobs; then read Aborted() and ElapsedMs().
+// Two uses:
+// - Band kernels (IParallelRunner::RunBands): one CBandJob per worker over
+//   consecutive bands of the region. Each call keeps its jobs to itself, so
+//   several threads may call it at once; a call that finds the pool busy
+//   with another run does its bands on its own thread.
+// - Operations with jobs of their own (I-Eval stages, saving): build the
+//   jobs (JobSlots() of them for a parallel operation, one for a single-job
+//   operation), SplitRegion over the worked region, SetJobs, RunJobs; then
+//   read Aborted() and ElapsedMs(). RunJobs waits while another thread's run
+//   holds the pool. One thread at a time drives this sequence.
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <vector>
 
+#include "image/parallel_runner.h"
+#include "image/progress_sink.h"
 #include "ops/image_processor_thread.h"
-#include "ops/progress_sink.h"
 #include "ops/sync_event.h"
 #include "ops/worker_pool.h"
 
 namespace korvanel {
 
-class JobRunner {
+class JobRunner final : public IParallelRunner {
  public:
   static constexpr uint32_t kDefaultPeriodMs = 250;
 
@@ -31,6 +39,10 @@ class JobRunner {
   // How many jobs a parallel operation should build.
   uint32_t JobSlots() const { return pool_ != nullptr ? pool_->UsableWorkers() : 1; }
   WorkerPool* Pool() { return pool_; }
+
+  // IParallelRunner: one band per job slot.
+  uint32_t BandCount() const override { return JobSlots(); }
+  BandRun RunBands(const Rect& region, IProgressSink* progress, const BandKernel& kernel) override;
 
   // The jobs stay owned by the caller and keep their order.
   void SetJobs(std::vector<IImageProcessorThread*> jobs) { jobs_ = std::move(jobs); }
@@ -50,15 +62,20 @@ class JobRunner {
   uint64_t LastProgressSum() const { return last_sum_.load(std::memory_order_acquire); }
 
  private:
+  struct PoolRun {
+    bool aborted = false;
+    uint64_t elapsed_ms = 0;
+  };
   bool RunWithoutPool();
-  void ProgressLoop();
+  // Attaches `jobs`, runs the pool with a progress thread when `sink` is
+  // set, and reports. The caller holds the pool's lease.
+  PoolRun RunOnPool(const std::vector<IImageProcessorThread*>& jobs, IProgressSink* sink,
+                    uint32_t period_ms);
 
   WorkerPool* pool_;
   std::vector<IImageProcessorThread*> jobs_;
   IProgressSink* sink_ = nullptr;
   uint32_t period_ms_ = kDefaultPeriodMs;
-  // "IpmTimerEvent": ends the progress thread; created on first use.
-  std::unique_ptr<CEvent> progress_event_;
   std::atomic<uint64_t> last_sum_{0};
   bool aborted_ = false;
   uint64_t elapsed_ms_ = 0;

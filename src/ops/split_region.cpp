@@ -2,16 +2,15 @@
 
 namespace korvanel {
 
-void SplitRegion(IImageProcessorThread* const* jobs, uint32_t count, const Rect& rect) {
+namespace {
+
+void SplitAlong(IImageProcessorThread* const* jobs, uint32_t count, const Rect& rect, bool rows) {
   if (count == 0) return;
   if (count == 1) {
     jobs[0]->SetRegion(rect);
     return;
   }
-  const uint64_t width = rect.Width();
-  const uint64_t height = rect.Height();
-  const bool rows = width <= height;
-  const uint64_t size = (rows ? height : width) / count;
+  const uint64_t size = (rows ? rect.Height() : rect.Width()) / count;
   uint64_t start = rows ? rect.min_y : rect.min_x;
   for (uint32_t i = 0; i + 1 < count; ++i) {
     if (size == 0) {
@@ -33,6 +32,16 @@ void SplitRegion(IImageProcessorThread* const* jobs, uint32_t count, const Rect&
   Rect band = rect;
   (rows ? band.min_y : band.min_x) = static_cast<uint32_t>(start);
   jobs[count - 1]->SetRegion(band);
+}
+
+}  // namespace
+
+void SplitRegion(IImageProcessorThread* const* jobs, uint32_t count, const Rect& rect) {
+  SplitAlong(jobs, count, rect, rect.Width() <= rect.Height());
+}
+
+void SplitRows(IImageProcessorThread* const* jobs, uint32_t count, const Rect& rect) {
+  SplitAlong(jobs, count, rect, true);
 }
 
 }  // namespace korvanel

@@ -21,5 +21,7 @@ inline bool IsEmptyBand(const Rect& band) {
 // jobs than rows (or columns) the quotient is 0 and the first jobs get
 // kEmptyBand instead of a band that wraps around.
 void SplitRegion(IImageProcessorThread* const* jobs, uint32_t count, const Rect& rect);
+// The same, always in bands of whole rows (band kernels read and write rows).
+void SplitRows(IImageProcessorThread* const* jobs, uint32_t count, const Rect& rect);
 
 }  // namespace korvanel

@@ -148,39 +148,4 @@ void WorkerPool::Shutdown() {
   active_count_.store(0, std::memory_order_release);
 }
 
-namespace {
-
-// One band of a RunBands call as a pool job.
-class CBandJob final : public IWorkerThread {
- public:
-  CBandJob(const std::function<void(uint32_t)>& work, uint32_t band) : work_(work), band_(band) {}
-  bool Run() override {
-    work_(band_);
-    return true;
-  }
-  void SetCancelFlag(const CancelFlag*) override {}
-
- private:
-  const std::function<void(uint32_t)>& work_;
-  uint32_t band_;
-};
-
-}  // namespace
-
-void WorkerPool::RunBands(uint32_t count, const std::function<void(uint32_t)>& work) {
-  std::vector<CBandJob> jobs;
-  jobs.reserve(count);
-  for (uint32_t band = 0; band < count; ++band) jobs.emplace_back(work, band);
-  uint32_t next = 0;
-  while (next < count) {
-    while (next < count && AttachJob(&jobs[next]) != nullptr) ++next;
-    if (ActiveCount() == 0) {
-      // No usable worker at all: the calling thread does the rest.
-      for (; next < count; ++next) work(next);
-      return;
-    }
-    Run();
-  }
-}
-
 }  // namespace korvanel

@@ -7,7 +7,9 @@
 //
 // A run belongs to one calling thread: it attaches jobs (AttachJob), calls
 // Run() and reads Aborted() and ElapsedMs() afterwards. Cancel() may come
-// from any thread while the run is under way.
+// from any thread while the run is under way. Callers that share the pool
+// between threads hold RunLease() from the first AttachJob to the last
+// read, so that one run never sees another's jobs.
 //
 // The idle mark decides which workers a cancel request reaches. Run() sets
 // every mark and clears it only for a worker whose thread it starts, so a
@@ -25,7 +27,6 @@
 #include <thread>
 #include <vector>
 
-#include "image/parallel_runner.h"
 #include "ops/sync_event.h"
 #include "ops/worker_thread.h"
 
@@ -55,12 +56,12 @@ struct WorkerContext {
   std::string done_label;
 };
 
-class WorkerPool final : public IParallelRunner {
+class WorkerPool final {
  public:
   // `count` empty worker contexts; no thread starts yet. With
   // `thread_per_core` each worker thread is bound to one processor.
   explicit WorkerPool(uint32_t count, bool thread_per_core = false);
-  ~WorkerPool() override;
+  ~WorkerPool();
   WorkerPool(const WorkerPool&) = delete;
   WorkerPool& operator=(const WorkerPool&) = delete;
 
@@ -89,12 +90,12 @@ class WorkerPool final : public IParallelRunner {
   // Result of worker i's job in the last run.
   bool LastResult(uint32_t worker) const;
 
+  // Held by whoever attaches jobs and runs them while other threads may
+  // want the pool too.
+  std::mutex& RunLease() { return lease_; }
+
   // Asks every started thread to leave, joins them and forgets all jobs.
   void Shutdown();
-
-  // IParallelRunner: the bands run as jobs, in waves of the usable workers.
-  uint32_t BandCount() const override { return UsableWorkers(); }
-  void RunBands(uint32_t count, const std::function<void(uint32_t)>& work) override;
 
  private:
   void StartWorker(WorkerContext& context);
@@ -106,6 +107,7 @@ class WorkerPool final : public IParallelRunner {
   std::atomic<uint32_t> active_count_{0};
   std::vector<std::unique_ptr<WorkerContext>> contexts_;
   std::atomic<uint8_t> aborted_{0};
+  std::mutex lease_;
   std::mutex cancel_mutex_;  // orders cancel requests against worker starts
   CEvent* completion_ = nullptr;
   std::atomic<int64_t> start_ticks_{0};

@@ -299,3 +299,34 @@ TEST(UnpackEdges, LargerImageMatchesAPlainReferenceLoop) {
 
 }  // namespace
 }  // namespace korvanel
+
+namespace korvanel {
+namespace {
+
+// An accepted big-endian load leaves the caller's bytes byte-reversed unit by
+// unit, whichever class unpacks them (grey swaps while it copies).
+TEST(UnpackEdges, AcceptedBigEndianLoadsLeaveTheInputSwapped) {
+  struct Case {
+    const char* expression;
+    uint32_t unit;
+    uint32_t components;
+  };
+  const Case cases[] = {{"P,Y,-16", 2, 1}, {"P,Y,-32", 4, 1}, {"P,R,G,B,-16", 2, 3}, {"I,RGB,-32", 4, 3}};
+  const uint32_t w = 7, h = 5;
+  for (const Case& c : cases) {
+    std::vector<uint8_t> bytes(size_t{w} * h * c.unit * c.components);
+    std::iota(bytes.begin(), bytes.end(), uint8_t{1});
+    std::vector<uint8_t> swapped = bytes;
+    for (size_t i = 0; i < swapped.size(); i += c.unit) std::reverse(swapped.begin() + i, swapped.begin() + i + c.unit);
+    test::CollectingSink log;
+    auto image = LoadWithFormat(Parse(c.expression), bytes.data(), bytes.size(), w, h, log);
+    ASSERT_NE(image, nullptr) << c.expression;
+    EXPECT_EQ(bytes, swapped) << c.expression;
+    // The first sample holds the file's first unit read big-endian.
+    const uint32_t first = c.unit == 2 ? 0x0102u : 0x01020304u;
+    EXPECT_EQ(image->GetPlane(0).SampleAt(0, 0), first) << c.expression;
+  }
+}
+
+}  // namespace
+}  // namespace korvanel

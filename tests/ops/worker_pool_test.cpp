@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <latch>
@@ -100,6 +101,22 @@ TEST(SplitRegionTest, CutsRowsOrColumnsWithTheRemainderLast) {
     std::vector<ScriptedJob> jobs(c.count);
     const auto pointers = Pointers(jobs);
     SplitRegion(pointers.data(), c.count, c.rect);
+    for (uint32_t i = 0; i < c.count; ++i) {
+      EXPECT_EQ(jobs[i].Band(), c.bands[i]) << c.name << ", job " << i;
+    }
+  }
+}
+
+TEST(SplitRegionTest, SplitRowsCutsRowsEvenWhenTheRectIsWide) {
+  const SplitCase cases[] = {
+      {"wide 10x7 on 3: rows 2,2,3", {0, 0, 9, 6}, 3, {{0, 0, 9, 1}, {0, 2, 9, 3}, {0, 4, 9, 6}}},
+      {"offset wide rect on 2", {5, 8, 100, 10}, 2, {{5, 8, 100, 8}, {5, 9, 100, 10}}},
+      {"more jobs than rows", {0, 0, 50, 1}, 3, {kEmptyBand, kEmptyBand, {0, 0, 50, 1}}},
+  };
+  for (const SplitCase& c : cases) {
+    std::vector<ScriptedJob> jobs(c.count);
+    const auto pointers = Pointers(jobs);
+    SplitRows(pointers.data(), c.count, c.rect);
     for (uint32_t i = 0; i < c.count; ++i) {
       EXPECT_EQ(jobs[i].Band(), c.bands[i]) << c.name << ", job " << i;
     }
@@ -271,16 +288,6 @@ TEST(WorkerPoolTest, CompletionEventIsSignalledAfterEachRun) {
   EXPECT_TRUE(completion.WaitFor(0ms));
 }
 
-TEST(WorkerPoolTest, RunBandsCallsEveryBandOnceInWaves) {
-  WorkerPool pool(3);
-  std::vector<std::atomic<int>> calls(10);
-  pool.RunBands(10, [&](uint32_t band) { calls[band].fetch_add(1); });
-  for (size_t i = 0; i < calls.size(); ++i) EXPECT_EQ(calls[i].load(), 1) << "band " << i;
-  int sequential = 0;
-  RunBandsOn(nullptr, 5, [&](uint32_t band) { sequential += static_cast<int>(band); });
-  EXPECT_EQ(sequential, 0 + 1 + 2 + 3 + 4);
-}
-
 // --- runner -----------------------------------------------------------------
 
 TEST(JobRunnerTest, WithoutAPoolJobsRunInOrderUntilOneFails) {
@@ -334,6 +341,138 @@ TEST(JobRunnerTest, TheProgressThreadReportsTheSummedCounters) {
     EXPECT_LE(sink.samples[i - 1].first, sink.samples[i].first);
     EXPECT_LE(sink.samples[i - 1].second, sink.samples[i].second);
   }
+}
+
+// --- band kernels -----------------------------------------------------------
+
+// Records the bands a kernel was called with and the threads that ran them.
+struct BandLog {
+  std::mutex mutex;
+  std::vector<Rect> bands;
+  std::set<std::thread::id> threads;
+  BandKernel Kernel() {
+    return [this](const Rect& band, IRowObserver*) {
+      std::lock_guard lock(mutex);
+      bands.push_back(band);
+      threads.insert(std::this_thread::get_id());
+      return true;
+    };
+  }
+  std::vector<Rect> Sorted() {
+    std::sort(bands.begin(), bands.end(), [](const Rect& a, const Rect& b) { return a.min_y < b.min_y; });
+    return bands;
+  }
+};
+
+TEST(JobRunnerTest, RunBandsGivesEachWorkerABandOfRows) {
+  struct Case {
+    const char* name;
+    uint32_t workers;
+    Rect region;
+    std::vector<Rect> bands;  // the non-empty ones, top to bottom
+  };
+  const Case cases[] = {
+      {"wide region on 3", 3, {0, 0, 9, 6}, {{0, 0, 9, 1}, {0, 2, 9, 3}, {0, 4, 9, 6}}},
+      {"offset region on 2", 2, {4, 10, 7, 14}, {{4, 10, 7, 11}, {4, 12, 7, 14}}},
+      {"fewer rows than workers", 4, {0, 0, 99, 1}, {{0, 0, 99, 1}}},
+  };
+  for (const Case& c : cases) {
+    WorkerPool pool(c.workers);
+    JobRunner runner(&pool);
+    BandLog log;
+    const BandRun run = runner.RunBands(c.region, nullptr, log.Kernel());
+    EXPECT_TRUE(run.ok && run.parallel && !run.aborted) << c.name;
+    EXPECT_EQ(log.Sorted(), c.bands) << c.name;
+    EXPECT_EQ(log.threads.count(std::this_thread::get_id()), 0u) << c.name;
+  }
+}
+
+TEST(JobRunnerTest, RunInBandsKeepsSmallOrPoollessWorkOnTheCallingThread) {
+  WorkerPool pool(2);
+  JobRunner pooled(&pool);
+  JobRunner poolless(nullptr);
+  struct Case {
+    const char* name;
+    IParallelRunner* runner;
+    Rect region;
+    bool parallel;
+  };
+  const Case cases[] = {
+      {"no runner", nullptr, {0, 0, 99, 99}, false},
+      {"runner without a pool", &poolless, {0, 0, 99, 99}, false},
+      {"below the minimum", &pooled, {0, 0, 99, 19}, false},  // 2000 pixels
+      {"at the minimum", &pooled, {0, 0, 2000, 0}, true},
+  };
+  for (const Case& c : cases) {
+    BandLog log;
+    const BandRun run = RunInBands(c.region, c.runner, nullptr, log.Kernel());
+    EXPECT_TRUE(run.ok) << c.name;
+    EXPECT_EQ(run.parallel, c.parallel) << c.name;
+    if (!c.parallel) {
+      EXPECT_EQ(log.bands, std::vector<Rect>{c.region}) << c.name;
+      EXPECT_EQ(log.threads, std::set<std::thread::id>{std::this_thread::get_id()}) << c.name;
+    }
+  }
+}
+
+TEST(JobRunnerTest, AFailingOrCancelledBandAbortsTheBandRun) {
+  WorkerPool pool(2);
+  JobRunner runner(&pool);
+  BandRun run = runner.RunBands({0, 0, 9, 9}, nullptr, [](const Rect& band, IRowObserver*) {
+    return band.min_y != 0;
+  });
+  EXPECT_FALSE(run.ok);
+  EXPECT_TRUE(run.aborted);
+
+  // The first band cancels after its second row and must stop there (a
+  // cancel reaches the workers started in the same run: a fresh pool).
+  WorkerPool fresh(2);
+  JobRunner cancelling(&fresh);
+  std::atomic<uint32_t> first_band_rows{0};
+  run = cancelling.RunBands({0, 0, 9, 99}, nullptr, [&](const Rect& band, IRowObserver* observer) {
+    for (uint32_t y = band.min_y; y <= band.max_y; ++y) {
+      if (band.min_y == 0) first_band_rows.fetch_add(1);
+      if (band.min_y == 0 && y == 1) cancelling.Cancel();
+      if (!ContinueAfterRow(observer, 10)) return false;
+    }
+    return true;
+  });
+  EXPECT_FALSE(run.ok);
+  EXPECT_TRUE(run.aborted);
+  EXPECT_EQ(first_band_rows.load(), 2u);
+  // The next run starts clean.
+  BandLog log;
+  EXPECT_TRUE(cancelling.RunBands({0, 0, 9, 9}, nullptr, log.Kernel()).ok);
+}
+
+TEST(JobRunnerTest, ABandRunFindingThePoolBusyRunsOnItsOwnThread) {
+  WorkerPool pool(2);
+  JobRunner runner(&pool);
+  BandLog log;
+  BandRun run;
+  {
+    std::lock_guard busy(pool.RunLease());
+    run = runner.RunBands({0, 0, 99, 99}, nullptr, log.Kernel());
+  }
+  EXPECT_TRUE(run.ok);
+  EXPECT_FALSE(run.parallel);
+  EXPECT_EQ(log.bands, (std::vector<Rect>{{0, 0, 99, 99}}));
+  EXPECT_EQ(log.threads, std::set<std::thread::id>{std::this_thread::get_id()});
+  EXPECT_EQ(pool.StartedThreads(), 0u);
+}
+
+TEST(JobRunnerTest, RunJobsWaitsWhileAnotherRunHoldsThePool) {
+  WorkerPool pool(2);
+  JobRunner runner(&pool);
+  ScriptedJob job;
+  runner.SetJobs({&job});
+  std::unique_lock busy(pool.RunLease());
+  std::thread second([&] { EXPECT_TRUE(runner.RunJobs()); });
+  std::this_thread::sleep_for(50ms);
+  EXPECT_EQ(job.runs.load(), 0);  // still waiting for the pool
+  busy.unlock();
+  second.join();
+  EXPECT_EQ(job.runs.load(), 1);
 }
 
 TEST(SyncEventTest, AutoResetIsConsumedManualResetStays) {
