@@ -1,0 +1,22 @@
+// Start-up and exit of the real window: what the user sees with no image,
+// the exit through the File menu, and an argument list that fails.
+#include <gtest/gtest.h>
+
+
+#include "e2e/viewer/viewer_session.h"
+
+namespace korvanel::test {
+namespace {
+
+TEST(ViewerStartup, FailedCommandShowsItsBoxThenEndsWith255) {
+  ViewerSession session;
+  ASSERT_TRUE(session.Start({"missing.raw"}));
+  const std::string box = session.FindWindow("^File doesn't exist$");
+  ASSERT_FALSE(box.empty()) << session.Output();
+  ASSERT_TRUE(session.Keys(box, {"Return"}));
+  EXPECT_EQ(session.WaitExit(), std::optional<int>(255));
+  EXPECT_EQ(session.Output(), "Open image failed\n");
+}
+
+}  // namespace
+}  // namespace korvanel::test
