@@ -87,8 +87,7 @@ CViewerController::CViewerController(AppState& app, IViewerHost& host,
   if (settings_.ruler_colors.empty()) settings_.ruler_colors.push_back(kDefaultRulerColor);
   state_.zf = app_.DefaultZoom();
   state_.zoom_text = ZoomText(state_.zf);
-  state_.flags = {settings.grid, settings.values, settings.hex,
-                  settings.tracking, settings.offset, settings.ruler};
+  state_.flags = settings.flags;
   SyncViews();
 }
 

@@ -8,10 +8,8 @@
 
 namespace korvanel {
 
-inline void PrintTo(const ScreenRect& r, std::ostream* os) {
-  *os << "{" << r.left << "," << r.top << " .. " << r.right << "," << r.bottom << "}";
-}
-inline void PrintTo(const PixelRect& r, std::ostream* os) {
+template <typename T>
+void PrintTo(const InclusiveRect<T>& r, std::ostream* os) {
   *os << "{" << r.left << "," << r.top << " .. " << r.right << "," << r.bottom << "}";
 }
 inline void PrintTo(const ScreenPoint& p, std::ostream* os) { *os << "(" << p.x << "," << p.y << ")"; }

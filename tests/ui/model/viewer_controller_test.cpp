@@ -86,11 +86,16 @@ TEST_F(ViewerControllerTest, StatusIsSentOnlyWhenItChanges) {
   EXPECT_EQ(ZoomPart(), "1:90");
 }
 
-TEST_F(ViewerControllerTest, StartZoomIsDefZoom) {
+TEST_F(ViewerControllerTest, StartsFromTheConfiguredZoomAndModes) {
   test::TempDir dir;
   ConfigValues values;
   ResetConfigValues(values, dir.path());
   values.gui.def_zoom = 0;
+  values.gui.grid_mode = true;
+  values.gui.ruler_mode = true;
+  values.gui.ruler_type_matrix = true;
+  values.gui.pixel_display_base = PixelBase::kHex;
+  values.gui.coord_track_mode = true;
   app.ApplyConfiguration(values);
   AddGray(64, 48, "a.raw");
   CViewerController fitted{app, host, ViewerSettings::FromConfig(values)};
@@ -100,6 +105,7 @@ TEST_F(ViewerControllerTest, StartZoomIsDefZoom) {
   ASSERT_EQ(plan.panels.size(), 1u);
   EXPECT_TRUE(plan.panels[0].stretch);
   EXPECT_EQ(plan.panels[0].picture, (ScreenRect{54, 49, 746, 568}));
+  EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{"", "", "G M", "F2W", "X T"}));
 }
 
 TEST_F(ViewerControllerTest, ZoomKeepsTheCentreOfTheFocusImage) {
