@@ -23,34 +23,26 @@ struct ScreenSize {
   friend bool operator==(const ScreenSize&, const ScreenSize&) = default;
 };
 
-// Inclusive; a rectangle whose right is left of its left is empty.
-struct ScreenRect {
-  int32_t left = 0;
-  int32_t top = 0;
-  int32_t right = -1;
-  int32_t bottom = -1;
+// Inclusive on every side; a rectangle whose right is left of its left (or
+// bottom above its top) is empty.
+template <typename T>
+struct InclusiveRect {
+  T left = 0;
+  T top = 0;
+  T right = -1;
+  T bottom = -1;
 
-  constexpr int32_t Width() const { return right - left + 1; }
-  constexpr int32_t Height() const { return bottom - top + 1; }
+  constexpr T Width() const { return right - left + 1; }
+  constexpr T Height() const { return bottom - top + 1; }
   constexpr bool Empty() const { return right < left || bottom < top; }
   constexpr bool Contains(ScreenPoint p) const {
     return p.x >= left && p.x <= right && p.y >= top && p.y <= bottom;
   }
-  friend bool operator==(const ScreenRect&, const ScreenRect&) = default;
+  friend bool operator==(const InclusiveRect&, const InclusiveRect&) = default;
 };
 
-// Inclusive image-pixel rectangle.
-struct PixelRect {
-  int64_t left = 0;
-  int64_t top = 0;
-  int64_t right = -1;
-  int64_t bottom = -1;
-
-  constexpr int64_t Width() const { return right - left + 1; }
-  constexpr int64_t Height() const { return bottom - top + 1; }
-  constexpr bool Empty() const { return right < left || bottom < top; }
-  friend bool operator==(const PixelRect&, const PixelRect&) = default;
-};
+using ScreenRect = InclusiveRect<int32_t>;  // device pixels
+using PixelRect = InclusiveRect<int64_t>;   // image pixels
 
 struct ImageSize {
   uint32_t width = 0;

@@ -7,12 +7,10 @@ namespace korvanel {
 ViewerSettings ViewerSettings::FromConfig(const ConfigValues& values) {
   const ConfigGui& gui = values.gui;
   ViewerSettings settings;
-  settings.grid = gui.grid_mode;
-  settings.values = gui.pixel_value_mode;
-  settings.hex = gui.pixel_display_base == PixelBase::kHex;
-  settings.tracking = gui.coord_track_mode;
-  settings.offset = gui.coord_ofs_mode;
-  settings.ruler = gui.ruler_mode;
+  settings.flags = {gui.grid_mode,       gui.pixel_value_mode,
+                    gui.pixel_display_base == PixelBase::kHex,
+                    gui.coord_track_mode, gui.coord_ofs_mode,
+                    gui.ruler_mode};
   settings.ruler_matrix = gui.ruler_type_matrix;
   settings.value_comma = gui.value_comma_decorate;
   settings.ruler_colors = gui.ruler_color;

@@ -16,22 +16,6 @@
 
 namespace korvanel {
 
-// The start-up values the viewer takes from the configuration.
-struct ViewerSettings {
-  bool grid = false;
-  bool values = false;
-  bool hex = false;
-  bool tracking = false;
-  bool offset = false;
-  bool ruler = false;
-  bool ruler_matrix = false;
-  bool value_comma = false;
-  std::vector<Rgb> ruler_colors;  // at least one
-  RulerSettings ruler_settings;
-
-  static ViewerSettings FromConfig(const ConfigValues& values);
-};
-
 struct ViewFlags {
   bool grid = false;
   bool values = false;
@@ -40,6 +24,17 @@ struct ViewFlags {
   bool offset = false;
   bool ruler = false;
   friend bool operator==(const ViewFlags&, const ViewFlags&) = default;
+};
+
+// The start-up values the viewer takes from the configuration.
+struct ViewerSettings {
+  ViewFlags flags;
+  bool ruler_matrix = false;
+  bool value_comma = false;
+  std::vector<Rgb> ruler_colors;  // empty: red
+  RulerSettings ruler_settings;
+
+  static ViewerSettings FromConfig(const ConfigValues& values);
 };
 
 // Layer mode: compare mode showing one party image at a time.
