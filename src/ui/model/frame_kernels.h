@@ -11,6 +11,7 @@
 
 #include "app/config_values.h"
 #include "image/display_rendition.h"
+#include "ui/model/frame_plan.h"
 #include "ui/model/geometry.h"
 
 namespace korvanel {
@@ -75,6 +76,11 @@ void BlitStretched(const DisplayRendition& source, const ScreenRect& picture,
 Rgb RingColor(uint32_t index);
 // Draws `count` one-pixel rings outward around `picture`.
 void DrawRings(PixelBuffer& buffer, const ScreenRect& picture, uint32_t count);
+
+// One panel's picture: below ZF 1 the panel filled with (4,0,0) and the
+// stretched rendition, else the replicated blocks with the grid; then the
+// highlight rings. Values, rulers and tabs are drawn by the painter.
+void DrawPanelPicture(const PanelPlan& panel, PixelBuffer& buffer);
 
 // An RGB888 copy of part of a rendition, rows without padding (clipboard).
 struct Rgb888Image {

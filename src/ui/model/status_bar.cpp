@@ -1,24 +1,13 @@
 #include "ui/model/status_bar.h"
 
 #include <algorithm>
-#include <utility>
+#include <initializer_list>
 
 namespace korvanel {
 
 namespace {
 
-struct LetterRow {
-  bool ModeFlags::*flag;
-  const char* letter;
-};
-
-constexpr LetterRow kModeRows[] = {
-    {&ModeFlags::compare, "C"},
-    {&ModeFlags::hex, "X"},
-    {&ModeFlags::tracking, "T"},
-    {&ModeFlags::offset, "O"},
-};
-
+// Letters in display order, one blank apart; null entries are left out.
 std::string JoinLetters(std::initializer_list<const char*> letters) {
   std::string text;
   for (const char* letter : letters) {
@@ -28,6 +17,8 @@ std::string JoinLetters(std::initializer_list<const char*> letters) {
   }
   return text;
 }
+
+const char* LetterIf(bool on, const char* letter) { return on ? letter : nullptr; }
 
 }  // namespace
 
@@ -48,18 +39,13 @@ std::array<int32_t, kStatusPartCount> StatusPartWidths(int32_t width) {
 }
 
 std::string FeatureLetters(const ModeFlags& flags) {
-  const char* ruler = flags.ruler ? (flags.ruler_matrix ? "M" : "R") : nullptr;
-  return JoinLetters({flags.grid ? "G" : nullptr, flags.values ? "V" : nullptr, ruler});
+  return JoinLetters({LetterIf(flags.grid, "G"), LetterIf(flags.values, "V"),
+                      LetterIf(flags.ruler, flags.ruler_matrix ? "M" : "R")});
 }
 
 std::string ModeLetters(const ModeFlags& flags) {
-  std::string text;
-  for (const LetterRow& row : kModeRows) {
-    if (!(flags.*row.flag)) continue;
-    if (!text.empty()) text += ' ';
-    text += row.letter;
-  }
-  return text;
+  return JoinLetters({LetterIf(flags.compare, "C"), LetterIf(flags.hex, "X"),
+                      LetterIf(flags.tracking, "T"), LetterIf(flags.offset, "O")});
 }
 
 void StatusMessage::Show(std::string_view message) {

@@ -29,6 +29,8 @@ class CViewerController {
 
   // The client area and the status bar's height (the image area is the rest).
   void OnResize(ScreenSize client, int32_t status_height);
+  // Once the window shows: menu check marks and the status bar.
+  void OnFirstShow();
   void OnKey(const KeyInput& key);            // key-down: physical key + modifiers
   void OnChar(char32_t ch, Modifiers mods);   // a typed character (never with Ctrl)
   void OnMouseMove(ScreenPoint p, Modifiers m);
@@ -62,14 +64,25 @@ class CViewerController {
   const ScrollBarState& VerticalBar() const { return v_bar_; }
 
  private:
+  // The images drawn this frame and how: the signature that forces a new
+  // layout when it changes.
+  struct DrawnSet {
+    LayoutMode mode = LayoutMode::Single;
+    std::vector<uint64_t> serials;
+    friend bool operator==(const DrawnSet&, const DrawnSet&) = default;
+  };
+
   void SyncViews();
+  bool HasImages() const;
   std::vector<size_t> PartyIndices() const;
   std::vector<size_t> DrawnIndices() const;
   LayoutMode CurrentLayoutMode() const;
   ImageView* ViewAt(size_t index);
+  const ImageView* ViewAt(size_t index) const;
+  size_t AnchorIndex() const;
   ImageView* FocusView();
+  void EnsureLayout();
   void Relayout();
-  void PlaceView(ImageView& view, const ScreenRect& panel);
   void ApplyZoom(double zf);
   void ScrollByPage(Axis axis, bool forward);
   void SetScrollPosition(Axis axis, int32_t position);
@@ -77,20 +90,24 @@ class CViewerController {
   void UpdateStatus();
   void UpdateMenuChecks();
   void MarkDirty();
-  void SelectImage(size_t index);
+  void Repaint();
   void CycleImage(bool forward);
   void SelectSlot(uint32_t slot);
+  void SetVisibleLayer(size_t layer);
   void BackKey();
+  void ToggleLayerMode();
   void ToggleFlag(bool ViewFlags::*flag);
-  void ApplyFlagsToViews();
+  void ApplyFlagsToView(ImageView& view) const;
+  std::vector<ImageView*> RulerTargets();
   void NextRulerColor();
   void ToggleRulerType();
-  size_t ImageUnderCursor() const;
-  void BuildPanelPlan(size_t index, const ImageView& view, const PanelLayout& layout,
-                      PanelPlan& plan);
-  void BuildNoImagePlan();
-  std::string TabText(size_t index) const;
   void ChangeHelpPage(int32_t delta);
+  void Escape();
+  size_t ImageUnderCursor() const;
+  void UpdateTabHover();
+  void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
+  bool ValuesFit(uint32_t k, bool one_component) const;
+  std::string TabText(size_t index) const;
 
   AppState& app_;
   IViewerHost& host_;
@@ -101,8 +118,9 @@ class CViewerController {
   FramePlan plan_;
   ScrollBarState h_bar_;
   ScrollBarState v_bar_;
+  DrawnSet drawn_;
   StatusFields shown_status_;
-  bool status_shown_once_ = false;
+  bool status_shown_ = false;
 };
 
 }  // namespace korvanel
