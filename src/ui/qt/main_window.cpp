@@ -171,6 +171,9 @@ void CMainWindow::BuildScrollArea() {
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   canvas_ = new CCanvas(*renderer_);
   scroll_->setViewport(canvas_);
+  // The scroll area makes itself the viewport's focus proxy; the keys must
+  // reach the canvas.
+  canvas_->setFocusProxy(nullptr);
   setCentralWidget(scroll_);
   const std::pair<QScrollBar*, Axis> bars[] = {{scroll_->horizontalScrollBar(), Axis::Horizontal},
                                                {scroll_->verticalScrollBar(), Axis::Vertical}};

@@ -49,6 +49,18 @@ ViewerSession::~ViewerSession() {
   }
 }
 
+void ViewerSession::CopyIn(const std::vector<std::string>& paths) const {
+  for (const std::string& path : paths) {
+    const std::filesystem::path source(path);
+    std::filesystem::copy_file(source, dir_ / source.filename().string(),
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+}
+
+void ViewerSession::AppendIni(const std::string& lines) const {
+  dir_.Write("Korvanel.ini", ReadWholeFile(dir_ / "Korvanel.ini") + lines);
+}
+
 bool ViewerSession::Start(const std::vector<std::string>& arguments) {
   const std::string folder = dir_.path().string();
   const std::string output = dir_.File("program_output.txt");

@@ -46,6 +46,10 @@ class ViewerSession {
   ViewerSession& operator=(const ViewerSession&) = delete;
 
   const TempDir& Dir() const { return dir_; }
+  // Copies files into the session folder, keeping their names.
+  void CopyIn(const std::vector<std::string>& paths) const;
+  // Adds lines to the program's Korvanel.ini.
+  void AppendIni(const std::string& lines) const;
 
   // Starts the program with `arguments` on the test's display.
   bool Start(const std::vector<std::string>& arguments);
