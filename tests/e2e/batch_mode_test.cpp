@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 #include "support/program_runner.h"
 #include "support/temp_dir.h"
@@ -45,6 +47,37 @@ TEST_F(BatchMode, HelpEndsWithStatusZero) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.output.rfind("KORVANEL MANUAL", 0), 0u);
   EXPECT_NE(run.output.find("COMMAND LINE AND BATCH FILES"), std::string::npos);
+}
+
+// Without a display the window cannot start; everything that needs no window
+// still works. The test's own environment is restored afterwards.
+TEST_F(BatchMode, WithoutADisplayOnlyTheWindowRefuses) {
+  const char* names[] = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+  std::vector<std::pair<std::string, std::string>> saved;
+  for (const char* name : names) {
+    if (const char* value = std::getenv(name)) saved.emplace_back(name, value);
+    unsetenv(name);
+  }
+  struct Row {
+    std::vector<std::string> arguments;
+    int status;
+    std::string output;
+  };
+  const Row rows[] = {
+      {{}, 255, "korvanel: no display; use -q to run without a window\n"},
+      {{"a_4x2.y8"}, 255, "korvanel: no display; use -q to run without a window\n"},
+      {{"a_4x2.y8", "-q"}, 0, "Loading image a_4x2.y8...\n"},
+      {{"-cls", "0"}, 255, "Command line parser error: -cls expects one or more open images index\n"},
+  };
+  for (const Row& row : rows) {
+    const ProgramRun run = runner.Run(row.arguments);
+    EXPECT_EQ(run.status, row.status) << row.output;
+    EXPECT_EQ(run.output, row.output);
+  }
+  const ProgramRun help = runner.Run({"-h"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.output.find("usage: korvanel"), std::string::npos);
+  for (const auto& [name, value] : saved) setenv(name.c_str(), value.c_str(), 1);
 }
 
 TEST_F(BatchMode, ParserErrorsPrintTheirLinesAndFail) {
