@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "app/app_state.h"
 #include "ui/model/key_tables.h"
@@ -288,7 +289,7 @@ void CViewerController::ScrollByPage(Axis axis, bool forward) {
 
 void CViewerController::OnWheel(int32_t steps, Modifiers m) {
   SyncViews();
-  if (!HasImages() || state_.help_visible || steps == 0) return;
+  if (!HasImages() || steps == 0) return;
   const bool forward = steps > 0;
   for (int32_t i = 0; i < std::abs(steps); ++i) {
     if (m.ctrl) {
