@@ -554,6 +554,7 @@ void CViewerController::UpdateTabHover() {
 }
 
 void CViewerController::OnMouseMove(ScreenPoint p, Modifiers) {
+  SyncViews();  // an image set changed behind our back makes the view dirty
   if (!HasImages() || state_.help_visible || state_.view_dirty || p == state_.cursor) return;
   state_.cursor = p;
   app_.SetHover(ImageUnderCursor(), p.x, p.y);
