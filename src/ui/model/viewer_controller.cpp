@@ -191,6 +191,7 @@ void CViewerController::OnResize(ScreenSize client, int32_t status_height) {
   MarkDirty();
   SyncViews();
   Relayout();
+  if (!menus_set_) UpdateMenuChecks();  // the first resize comes with the first show
   UpdateStatus();
   Repaint();
 }
@@ -640,6 +641,7 @@ void CViewerController::UpdateMenuChecks() {
       {Command::ToggleHexTextCLayout, app_.SaveTextHexCArray()},
       {Command::ToggleFavorLowMemory, app_.FavorLowMemory()},
   };
+  menus_set_ = true;
   for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);
   host_.SetMenuState(Command::ZoomIn, false, images);
   host_.SetMenuState(Command::ZoomOut, false, images);

@@ -268,7 +268,10 @@ TEST_F(ViewerControllerTest, ScrollBarsAreDisabledWhenNothingScrolls) {
 
 TEST_F(ViewerControllerTest, ViewTogglesShowInTheStatusLettersAndMenuChecks) {
   AddGray(64, 48, "a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  app.SetSaveTextHexCArray(true);
+  controller.OnResize(kClient, kStatusHeight);  // first show: the check marks
+  EXPECT_TRUE(host.menu[Command::ToggleHexTextCLayout].checked);
+  EXPECT_FALSE(host.menu[Command::ToggleGrid].checked);
   EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{"", "", "", "1:1", ""}));
   Press(Key::G);
   Press(Key::V);
