@@ -605,10 +605,8 @@ void CViewerController::OnTimer(TimerId id) {
 void CViewerController::UpdateStatus() {
   StatusFields fields;
   if (const ImageView* focus = FocusView(); focus != nullptr) {
-    const ModeFlags modes{state_.flags.grid,     state_.flags.values,
-                          state_.flags.ruler,    focus->ruler_type == RulerType::Matrix,
-                          app_.CompareMode(),    state_.flags.hex,
-                          state_.flags.tracking, state_.flags.offset};
+    const ModeFlags modes{state_.flags, focus->ruler_type == RulerType::Matrix,
+                          app_.CompareMode()};
     if (state_.message.showing) fields.parts[kStatusReadoutPart] = state_.message.text;
     fields.parts[kStatusFeaturePart] = FeatureLetters(modes);
     fields.parts[kStatusZoomPart] = state_.zoom_text;
