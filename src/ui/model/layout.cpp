@@ -34,6 +34,8 @@ Layout ComputeLayout(const ScreenRect& area, LayoutMode mode, size_t panel_count
   const ScreenRect strip = TabStrip(area, tabs);
   const int32_t top = strip.Empty() ? area.top : strip.bottom + 1;
   const int32_t left = area.left + kPanelLeftMargin;
+  // One panel keeps the same 10-pixel margin on the right as on the left,
+  // where side-by-side panels end too.
   if (mode != LayoutMode::SideBySide) {
     layout.panels.push_back(MakePanel(left, area.right - kPanelLeftMargin, strip, top,
                                       area.bottom - kSingleBottomMargin));

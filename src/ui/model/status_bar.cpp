@@ -39,13 +39,15 @@ std::array<int32_t, kStatusPartCount> StatusPartWidths(int32_t width) {
 }
 
 std::string FeatureLetters(const ModeFlags& flags) {
-  return JoinLetters({LetterIf(flags.grid, "G"), LetterIf(flags.values, "V"),
-                      LetterIf(flags.ruler, flags.ruler_matrix ? "M" : "R")});
+  const ViewFlags& v = flags.view;
+  return JoinLetters({LetterIf(v.grid, "G"), LetterIf(v.values, "V"),
+                      LetterIf(v.ruler, flags.ruler_matrix ? "M" : "R")});
 }
 
 std::string ModeLetters(const ModeFlags& flags) {
-  return JoinLetters({LetterIf(flags.compare, "C"), LetterIf(flags.hex, "X"),
-                      LetterIf(flags.tracking, "T"), LetterIf(flags.offset, "O")});
+  const ViewFlags& v = flags.view;
+  return JoinLetters({LetterIf(flags.compare, "C"), LetterIf(v.hex, "X"),
+                      LetterIf(v.tracking, "T"), LetterIf(v.offset, "O")});
 }
 
 void StatusMessage::Show(std::string_view message) {

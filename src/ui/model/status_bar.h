@@ -13,6 +13,8 @@
 #include <string>
 #include <string_view>
 
+#include "ui/model/view_flags.h"
+
 namespace korvanel {
 
 inline constexpr size_t kStatusPartCount = 5;
@@ -32,15 +34,12 @@ std::array<int32_t, kStatusPartCount> StatusPartEdges(int32_t width);
 // window narrower than 510 pixels squeezes the first part away.
 std::array<int32_t, kStatusPartCount> StatusPartWidths(int32_t width);
 
+// What the letters are made from: the toggles, the FI's ruler type and
+// compare mode.
 struct ModeFlags {
-  bool grid = false;
-  bool values = false;
-  bool ruler = false;
+  ViewFlags view;
   bool ruler_matrix = false;
   bool compare = false;
-  bool hex = false;
-  bool tracking = false;
-  bool offset = false;
 };
 
 std::string FeatureLetters(const ModeFlags& flags);  // "G V R"

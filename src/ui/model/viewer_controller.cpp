@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "app/app_state.h"
 #include "ui/model/key_tables.h"
@@ -190,6 +191,7 @@ void CViewerController::OnResize(ScreenSize client, int32_t status_height) {
   MarkDirty();
   SyncViews();
   Relayout();
+  if (!menus_set_) UpdateMenuChecks();  // the first resize comes with the first show
   UpdateStatus();
   Repaint();
 }
@@ -288,7 +290,7 @@ void CViewerController::ScrollByPage(Axis axis, bool forward) {
 
 void CViewerController::OnWheel(int32_t steps, Modifiers m) {
   SyncViews();
-  if (!HasImages() || state_.help_visible || steps == 0) return;
+  if (!HasImages() || steps == 0) return;
   const bool forward = steps > 0;
   for (int32_t i = 0; i < std::abs(steps); ++i) {
     if (m.ctrl) {
@@ -553,6 +555,7 @@ void CViewerController::UpdateTabHover() {
 }
 
 void CViewerController::OnMouseMove(ScreenPoint p, Modifiers) {
+  SyncViews();  // an image set changed behind our back makes the view dirty
   if (!HasImages() || state_.help_visible || state_.view_dirty || p == state_.cursor) return;
   state_.cursor = p;
   app_.SetHover(ImageUnderCursor(), p.x, p.y);
@@ -602,10 +605,8 @@ void CViewerController::OnTimer(TimerId id) {
 void CViewerController::UpdateStatus() {
   StatusFields fields;
   if (const ImageView* focus = FocusView(); focus != nullptr) {
-    const ModeFlags modes{state_.flags.grid,     state_.flags.values,
-                          state_.flags.ruler,    focus->ruler_type == RulerType::Matrix,
-                          app_.CompareMode(),    state_.flags.hex,
-                          state_.flags.tracking, state_.flags.offset};
+    const ModeFlags modes{state_.flags, focus->ruler_type == RulerType::Matrix,
+                          app_.CompareMode()};
     if (state_.message.showing) fields.parts[kStatusReadoutPart] = state_.message.text;
     fields.parts[kStatusFeaturePart] = FeatureLetters(modes);
     fields.parts[kStatusZoomPart] = state_.zoom_text;
@@ -638,6 +639,7 @@ void CViewerController::UpdateMenuChecks() {
       {Command::ToggleHexTextCLayout, app_.SaveTextHexCArray()},
       {Command::ToggleFavorLowMemory, app_.FavorLowMemory()},
   };
+  menus_set_ = true;
   for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);
   host_.SetMenuState(Command::ZoomIn, false, images);
   host_.SetMenuState(Command::ZoomOut, false, images);

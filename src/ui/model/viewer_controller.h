@@ -29,7 +29,8 @@ class CViewerController {
 
   // The client area and the status bar's height (the image area is the rest).
   void OnResize(ScreenSize client, int32_t status_height);
-  // Once the window shows: menu check marks and the status bar.
+  // Once the window shows: menu check marks and the status bar (the first
+  // OnResize does the same).
   void OnFirstShow();
   void OnKey(const KeyInput& key);            // key-down: physical key + modifiers
   void OnChar(char32_t ch, Modifiers mods);   // a typed character (never with Ctrl)
@@ -121,6 +122,7 @@ class CViewerController {
   DrawnSet drawn_;
   StatusFields shown_status_;
   bool status_shown_ = false;
+  bool menus_set_ = false;
 };
 
 }  // namespace korvanel

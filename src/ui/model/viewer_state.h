@@ -13,18 +13,9 @@
 #include "ui/model/geometry.h"
 #include "ui/model/image_view.h"
 #include "ui/model/status_bar.h"
+#include "ui/model/view_flags.h"
 
 namespace korvanel {
-
-struct ViewFlags {
-  bool grid = false;
-  bool values = false;
-  bool hex = false;
-  bool tracking = false;
-  bool offset = false;
-  bool ruler = false;
-  friend bool operator==(const ViewFlags&, const ViewFlags&) = default;
-};
 
 // The start-up values the viewer takes from the configuration.
 struct ViewerSettings {

@@ -161,16 +161,6 @@ TEST(FrameKernels, StretchDropsAndRepeatsLinesWithoutSmoothing) {
   EXPECT_EQ(up.At(4, 3), Shown(1, 1));
 }
 
-TEST(FrameKernels, StretchWritesOnlyInsideTheClip) {
-  const DisplayRendition source = Gradient(4, 4);
-  Frame frame(4, 4);
-  BlitStretched(source, {0, 0, 3, 3}, {1, 1, 2, 2}, frame.buffer);
-  EXPECT_EQ(frame.At(0, 0), kUntouched);
-  EXPECT_EQ(frame.At(1, 1), Shown(1, 1));
-  EXPECT_EQ(frame.At(2, 2), Shown(2, 2));
-  EXPECT_EQ(frame.At(3, 3), kUntouched);
-}
-
 TEST(FrameKernels, RingColoursFadeRedAndMoveBlue) {
   const Rgb expected[] = {{255, 0, 128}, {204, 0, 153}, {163, 0, 133}, {130, 0, 149}};
   for (uint32_t i = 0; i < 4; ++i) EXPECT_EQ(RingColor(i), expected[i]) << i;

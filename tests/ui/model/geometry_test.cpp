@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <vector>
 
 #include "ui/model/geometry_printers.h"
@@ -66,14 +65,6 @@ TEST(ZoomText, FitRatioOrFraction) {
       {2.5, "1:3"},   {0.9, "0.90"},  {0.25, "0.25"}, {0.729, "0.73"}, {0.99999, "1.00"},
   };
   for (const auto& [zf, text] : cases) EXPECT_EQ(ZoomText(zf), text) << zf;
-}
-
-TEST(RoundedZoom, AddsAHalfAndNeverDropsBelowOne) {
-  EXPECT_EQ(RoundedZoom(0), 1u);
-  EXPECT_EQ(RoundedZoom(0.25), 1u);
-  EXPECT_EQ(RoundedZoom(1.49), 1u);
-  EXPECT_EQ(RoundedZoom(1.5), 2u);
-  EXPECT_EQ(RoundedZoom(100), 100u);
 }
 
 // The panel of an 800x580 image area with tabs: 780 x 520 pixels.
@@ -153,22 +144,6 @@ TEST(ScrollToCentre, KeepsThePointInTheMiddleWithinTheImage) {
   for (const Case& c : cases) {
     EXPECT_EQ(ScrollToCentre(kPanel, c.image, c.zf, c.centre), c.expected) << c.name;
   }
-}
-
-TEST(ScrollToCentre, TheCentreStaysInTheVisibleRectangle) {
-  const ImageSize image{3000, 2000};
-  for (double zf : {1.0, 2.0, 7.0, 15.0}) {
-    const ScreenPoint offset = ScrollToCentre(kPanel, image, zf, {1500, 1000});
-    const PixelRect visible = VisibleRect(PictureRect(kPanel, image, zf), image, zf, offset);
-    EXPECT_LE(visible.left, 1500) << zf;
-    EXPECT_GE(visible.right, 1500) << zf;
-    EXPECT_LE(std::abs((visible.left + visible.right) / 2 - 1500), 1) << zf;
-    EXPECT_LE(std::abs((visible.top + visible.bottom) / 2 - 1000), 1) << zf;
-  }
-}
-
-TEST(ScrollToCentre, AnEmptyPanelResetsTheOffsets) {
-  EXPECT_EQ(ScrollToCentre({10, 0, -11, -12}, {2000, 1000}, 2, {1000, 500}), (ScreenPoint{0, 0}));
 }
 
 TEST(ScrollBar, RangeIsContentLessVisibleAndDisabledWhenNothingScrolls) {

@@ -23,11 +23,11 @@ TEST(StatusBar, ModeLettersGoToTheirParts) {
   };
   const Case cases[] = {
       {{}, "", ""},
-      {{.grid = true, .values = true, .ruler = true}, "G V R", ""},
-      {{.ruler = true, .ruler_matrix = true}, "M", ""},
-      {{.ruler_matrix = true}, "", ""},
-      {{.compare = true, .hex = true, .tracking = true, .offset = true}, "", "C X T O"},
-      {{.values = true, .hex = true, .offset = true}, "V", "X O"},
+      {{.view = {.grid = true, .values = true, .ruler = true}}, "G V R", ""},
+      {{.view = {.ruler = true}, .ruler_matrix = true}, "M", ""},
+      {{.view = {}, .ruler_matrix = true}, "", ""},
+      {{.view = {.hex = true, .tracking = true, .offset = true}, .compare = true}, "", "C X T O"},
+      {{.view = {.values = true, .hex = true, .offset = true}}, "V", "X O"},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(FeatureLetters(c.flags), c.features);
