@@ -130,17 +130,25 @@ ConfigValues BenchConfig(const ViewSetup& setup) {
   return values;
 }
 
+// The configuration is applied before the controller reads the start ZF.
+struct ConfiguredApp {
+  ConfiguredApp(IUserFeedback& feedback, const ConfigValues& values) : app(feedback) {
+    app.ApplyConfiguration(values);
+  }
+  AppState app;
+};
+
 // AppState, controller and renderer as the window wires them, with a
 // screen-sized QImage standing in for the canvas's backing store.
 class Viewer {
  public:
   explicit Viewer(const ViewSetup& setup)
       : config_(BenchConfig(setup)),
-        app_(feedback_),
+        configured_(feedback_, config_),
+        app_(configured_.app),
         controller_(app_, host_, ViewerSettings::FromConfig(config_)),
         renderer_(config_),
         screen_(kClient.width, kClient.height, QImage::Format_RGB32) {
-    app_.ApplyConfiguration(config_);
     app_.LoadFormats(Files().Rules());
     controller_.SetTextMetrics(&renderer_.TextMetrics());
     controller_.OnResize(kClient, 0);
@@ -174,13 +182,14 @@ class Viewer {
   }
   CViewerController& Controller() { return controller_; }
   size_t ImageCount() const { return app_.Images().Count(); }
-  size_t PanelCount() { return controller_.PrepareFrame().panels.size(); }
+  const FramePlan& Plan() { return controller_.PrepareFrame(); }
 
  private:
   ConfigValues config_;
   QuietFeedback feedback_;
   NullHost host_;
-  AppState app_;
+  ConfiguredApp configured_;
+  AppState& app_;
   CViewerController controller_;
   CFrameRenderer renderer_;
   QImage base_;
@@ -222,7 +231,14 @@ void BM_PanRepaint(benchmark::State& state, PanCase pan) {
     if (!viewer.Open(pan.gray ? Files().Gray(i) : Files().Nv12(i))) return state.SkipWithError("open failed");
   }
   viewer.CompareAll();
-  if (viewer.PanelCount() != images) return state.SkipWithError("not every image got a panel");
+  // A case that does not draw what its name says would time the wrong thing.
+  const FramePlan& plan = viewer.Plan();
+  if (plan.panels.size() != images) return state.SkipWithError("not every image got a panel");
+  const PanelPlan& first = plan.panels.front();
+  const uint32_t k = pan.setup.zoom >= 1 ? static_cast<uint32_t>(pan.setup.zoom) : 1;
+  if (first.k != k || first.stretch != (pan.setup.zoom < 1)) return state.SkipWithError("wrong zoom");
+  if (first.grid != pan.setup.grid) return state.SkipWithError("grid not as asked");
+  if (first.values.show != pan.setup.values) return state.SkipWithError("values not as asked");
   viewer.Paint();  // renditions built before timing
   bool forward = true;
   for (auto _ : state) {
