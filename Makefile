@@ -28,7 +28,7 @@ test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j2
 
 bench: bootstrap $(BUILD)/build.ninja
-	cmake --build $(BUILD) --target korvanel_bench
+	cmake --build $(BUILD) --target korvanel_bench korvanel_viewer_bench
 	$(BUILD)/bench/korvanel_bench $(BENCH_ARGS)
 
 # The whole suite under AddressSanitizer + UndefinedBehaviorSanitizer.

@@ -9,16 +9,6 @@
 
 namespace korvanel {
 
-// What the viewer restores when an image becomes the focus image again.
-struct ViewState {
-  double zoom = 1.0;
-  int32_t scroll_x = 0;
-  int32_t scroll_y = 0;
-  bool grid = false;
-  bool rulers = false;
-  bool hex_values = false;
-};
-
 // Size and last-write time of an opened file, for noticing outside changes.
 struct FileAttributes {
   bool valid = false;
@@ -28,7 +18,7 @@ struct FileAttributes {
 
 // One open image and everything the application keeps about it.
 struct ImageRecord {
-  uint64_t serial = 0;  // identifies the image across renumbering
+  uint64_t serial = 0;  // identifies the image across renumbering; the viewer keys its view state by it
   std::unique_ptr<IImageContainer> image;
   std::string path;          // as given when opened; empty for created images
   std::string display_name;  // the path, or the generated name
@@ -36,7 +26,6 @@ struct ImageRecord {
   uint32_t hk_id = 0;
   std::string summary;
   FileAttributes file_attributes;
-  ViewState view;
 };
 
 }  // namespace korvanel

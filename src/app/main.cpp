@@ -1,7 +1,8 @@
-// Entry point: builds the application state, parses the command line and
-// runs it. Everything else lives in korvanel_core so that tests and
-// benchmarks link the same code. Until the viewer exists every run is a
-// window-less batch run.
+// Entry point and composition root: builds the application state, parses the
+// command line, and either runs it without a window (-q), prints help or
+// parser errors, or starts the viewer. This is the one file of the program
+// that reaches up into ui/: everything else lives in the libraries so that
+// tests and benchmarks link the same code.
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -11,7 +12,9 @@
 #include "app/command_line.h"
 #include "app/configuration.h"
 #include "app/console_feedback.h"
+#include "app/feedback_relay.h"
 #include "app/manual_pages.h"
+#include "ui/qt/viewer_app.h"
 
 namespace {
 
@@ -29,15 +32,14 @@ int main(int argc, char** argv) {
   // own messages in order.
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   CConsoleFeedback console;
+  // The window takes the feedback over once it exists.
+  CFeedbackRelay feedback(console);
   // Reads "Korvanel.ini" beside the executable, then the formats file.
-  AppState app(console, GetConfiguration());
+  AppState app(feedback, GetConfiguration());
 
   const std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (arguments.empty()) {
-    std::fputs(ShortUsageText().c_str(), stdout);
-    return 0;
-  }
-  const ParseResult parsed = ParseArguments(arguments);
+  ParseResult parsed;
+  if (!arguments.empty()) parsed = ParseArguments(arguments);
   if (!parsed.errors.empty()) {
     PrintLines(parsed.errors);
     return kExitFailed;
@@ -50,6 +52,8 @@ int main(int argc, char** argv) {
     std::fputs(Manual().Manual().c_str(), stdout);
     return 0;
   }
+  if (!parsed.quit) return RunViewer(app, feedback, parsed.commands, argc, argv);
+
   app.SetConsoleMode(true);
   const bool ok = RunBatchCommands(app, parsed.commands);
   app.SetConsoleMode(false);

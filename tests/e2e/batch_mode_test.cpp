@@ -2,8 +2,11 @@
 // checked by exit status, standard output and the files it leaves.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/program_runner.h"
@@ -25,7 +28,15 @@ class BatchMode : public ::testing::Test {
     dir.Write("b_4x2.y8", "abcdefgh");
     dir.Write("c_2x2.y8", "wxyz");
   }
-  ProgramRun Run(const std::vector<std::string>& arguments) { return runner.Run(arguments); }
+  // Without -q the program opens its window; these runs are the window-less
+  // product. A batch file names its own -q.
+  ProgramRun Run(std::vector<std::string> arguments) {
+    const bool from_file = !arguments.empty() && arguments.front() == "-bt";
+    if (!from_file && std::find(arguments.begin(), arguments.end(), "-q") == arguments.end()) {
+      arguments.push_back("-q");
+    }
+    return runner.Run(arguments);
+  }
 
   test::TempDir dir;
   test::ProgramRunner runner{dir};
@@ -39,6 +50,37 @@ TEST_F(BatchMode, HelpEndsWithStatusZero) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.output.rfind("KORVANEL MANUAL", 0), 0u);
   EXPECT_NE(run.output.find("COMMAND LINE AND BATCH FILES"), std::string::npos);
+}
+
+// Without a display the window cannot start; everything that needs no window
+// still works. The test's own environment is restored afterwards.
+TEST_F(BatchMode, WithoutADisplayOnlyTheWindowRefuses) {
+  const char* names[] = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+  std::vector<std::pair<std::string, std::string>> saved;
+  for (const char* name : names) {
+    if (const char* value = std::getenv(name)) saved.emplace_back(name, value);
+    unsetenv(name);
+  }
+  struct Row {
+    std::vector<std::string> arguments;
+    int status;
+    std::string output;
+  };
+  const Row rows[] = {
+      {{}, 255, "korvanel: no display; use -q to run without a window\n"},
+      {{"a_4x2.y8"}, 255, "korvanel: no display; use -q to run without a window\n"},
+      {{"a_4x2.y8", "-q"}, 0, "Loading image a_4x2.y8...\n"},
+      {{"-cls", "0"}, 255, "Command line parser error: -cls expects one or more open images index\n"},
+  };
+  for (const Row& row : rows) {
+    const ProgramRun run = runner.Run(row.arguments);
+    EXPECT_EQ(run.status, row.status) << row.output;
+    EXPECT_EQ(run.output, row.output);
+  }
+  const ProgramRun help = runner.Run({"-h"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.output.find("usage: korvanel"), std::string::npos);
+  for (const auto& [name, value] : saved) setenv(name.c_str(), value.c_str(), 1);
 }
 
 TEST_F(BatchMode, ParserErrorsPrintTheirLinesAndFail) {
@@ -159,11 +201,12 @@ TEST_F(BatchMode, BatchFilesReadLinesAsOneArgumentList) {
             "a_4x2.y8\n"
             "\"b_4x2.y8\" -roi\n"
             "1,0..2,1 -n\n"
-            "use_roi   # not a comment here\n");
+            "use_roi   # not a comment here\n"
+            "-q\n");
   const ProgramRun run = Run({"-bt", "cmds.txt", "ignored.raw"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.output, "Command line parser error: -n expects an image index\n");
-  dir.Write("ok.txt", "a_4x2.y8\n\"b_4x2.y8\" -roi\n1,0..2,1 -n\nuse_roi\n");
+  dir.Write("ok.txt", "a_4x2.y8\n\"b_4x2.y8\" -roi\n1,0..2,1 -n\nuse_roi\n-q\n");
   const ProgramRun ok = Run({"-bt", "ok.txt"});
   EXPECT_EQ(ok.status, 0) << ok.output;
   EXPECT_NE(ok.output.find("New image: Successfully created New_Copy_b_4x2.xy1_0_wh2x2.y8 (HK id 3)"),

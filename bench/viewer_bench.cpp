@@ -1,0 +1,303 @@
+// The viewer's frame path without a window: the model's controller plans a
+// frame and the renderer composes it into a device-pixel QImage, then blits
+// it and draws the overlay as the canvas's paint event does. Runs under the
+// offscreen platform. BM_MemcpyFrame copies one frame's bytes in the same run,
+// so figures from a noisy shared machine can be compared by ratio.
+//
+// One core is meant: run under `taskset -c 0`; the application state gets
+// max_process_threads = -1 (VIEWER_BENCH_THREADS overrides it) so loading
+// and jobs stay on the calling thread. bench/viewer_budget.sh does both.
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/app_state.h"
+#include "app/configuration.h"
+#include "frame_bytes.h"
+#include "ui/model/viewer_controller.h"
+#include "ui/qt/frame_renderer.h"
+
+namespace korvanel {
+namespace {
+
+constexpr uint32_t kWidth = 3840;
+constexpr uint32_t kHeight = 2160;
+constexpr ScreenSize kClient{1900, 1000};
+
+// --- frames on disk, written once per process --------------------------------
+
+const char* const kRules =
+    "<format_group>\nfile_pattern = [.*_(\\d+)x(\\d+)\\.nv12]\n"
+    "width = [.*_(\\d+)x(\\d+)\\.nv12],$1\nheight = [.*_(\\d+)x(\\d+)\\.nv12],$2\n"
+    "format = [.*],PI,YYYYUV,8\n</format_group>\n"
+    "<format_group>\nfile_pattern = [.*_(\\d+)x(\\d+)\\.y8]\n"
+    "width = [.*_(\\d+)x(\\d+)\\.y8],$1\nheight = [.*_(\\d+)x(\\d+)\\.y8],$2\n"
+    "format = [],P,Y,8\n</format_group>\n";
+
+class FrameFiles {
+ public:
+  FrameFiles() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "korvanel_viewer_bench_XXXXXX").string();
+    if (mkdtemp(pattern.data()) != nullptr) dir_ = pattern;
+  }
+  ~FrameFiles() {
+    std::error_code ignored;
+    if (!dir_.empty()) std::filesystem::remove_all(dir_, ignored);
+  }
+  bool Ready() const { return !dir_.empty(); }
+  std::string Rules() { return Write("viewer_bench.fmt", kRules); }
+  // The `index`-th distinct NV12 or grey frame (the registry opens a path once).
+  std::string Nv12(uint32_t index) { return Frame("nv12", index, uint64_t{kWidth} * kHeight * 3 / 2); }
+  std::string Gray(uint32_t index) { return Frame("y8", index, uint64_t{kWidth} * kHeight); }
+
+ private:
+  std::string Frame(const char* extension, uint32_t index, uint64_t bytes) {
+    const std::string name =
+        "frame" + std::to_string(index) + "_" + std::to_string(kWidth) + "x" + std::to_string(kHeight) + "." + extension;
+    const std::filesystem::path path = dir_ / name;
+    if (!std::filesystem::exists(path)) {
+      const auto content = bench::FrameBytes(bytes, 7 + index, nullptr);
+      std::ofstream out(path, std::ios::binary);
+      out.write(reinterpret_cast<const char*>(content->data()), static_cast<std::streamsize>(content->size()));
+    }
+    return path.string();
+  }
+  std::string Write(const char* name, const std::string& content) {
+    const std::filesystem::path path = dir_ / name;
+    std::ofstream(path, std::ios::binary) << content;
+    return path.string();
+  }
+
+  std::filesystem::path dir_;
+};
+
+FrameFiles& Files() {
+  static FrameFiles files;
+  return files;
+}
+
+// --- a window-less viewer ----------------------------------------------------
+
+class QuietFeedback : public IUserFeedback {
+ public:
+  void ShowMessage(std::string_view, std::string_view, MessageStyle) override {}
+  void StatusMessage(std::string_view) override {}
+  void BatchError(std::string_view) override {}
+  bool AskYesNo(std::string_view, std::string_view) override { return false; }
+};
+
+class NullHost : public IViewerHost {
+ public:
+  void Invalidate(bool, std::span<const ScreenRect>) override {}
+  void SetScrollBars(const ScrollBarState&, const ScrollBarState&) override {}
+  void ShowStatus(const StatusFields&) override {}
+  void StartTimer(TimerId, uint32_t) override {}
+  void StopTimer(TimerId) override {}
+  void SetCursorShape(CursorShape) override {}
+  void SetClipboardText(std::string_view) override {}
+  std::string ClipboardText() override { return {}; }
+  void SetClipboardImage(const Rgb888Image&) override {}
+  std::optional<std::string> AskOpenPath() override { return std::nullopt; }
+  ModifiedAnswer AskFileModified(std::string_view, bool&) override { return ModifiedAnswer::Ignore; }
+  void OpenDialog(DialogId) override {}
+  void SetMenuState(Command, bool, bool) override {}
+  void DestroyWindow() override {}
+};
+
+struct ViewSetup {
+  double zoom = 0;  // the start ZF images open with
+  bool grid = false;
+  bool values = false;
+};
+
+ConfigValues BenchConfig(const ViewSetup& setup) {
+  ConfigValues values = CConfiguration(std::filesystem::temp_directory_path()).Values();
+  const char* threads = std::getenv("VIEWER_BENCH_THREADS");
+  values.system.max_process_threads = threads != nullptr ? std::atoi(threads) : -1;
+  values.gui.def_zoom = setup.zoom;
+  values.gui.grid_mode = setup.grid;
+  values.gui.pixel_value_mode = setup.values;
+  return values;
+}
+
+// The configuration is applied before the controller reads the start ZF.
+struct ConfiguredApp {
+  ConfiguredApp(IUserFeedback& feedback, const ConfigValues& values) : app(feedback) {
+    app.ApplyConfiguration(values);
+  }
+  AppState app;
+};
+
+// AppState, controller and renderer as the window wires them, with a
+// screen-sized QImage standing in for the canvas's backing store.
+class Viewer {
+ public:
+  explicit Viewer(const ViewSetup& setup)
+      : config_(BenchConfig(setup)),
+        configured_(feedback_, config_),
+        app_(configured_.app),
+        controller_(app_, host_, ViewerSettings::FromConfig(config_)),
+        renderer_(config_),
+        screen_(kClient.width, kClient.height, QImage::Format_RGB32) {
+    app_.LoadFormats(Files().Rules());
+    controller_.SetTextMetrics(&renderer_.TextMetrics());
+    controller_.OnResize(kClient, 0);
+  }
+
+  bool Open(const std::string& path) {
+    const bool opened = app_.OpenImage(path);
+    controller_.OnImagesChanged();
+    return opened;
+  }
+  void CompareAll() {
+    std::vector<size_t> all;
+    for (size_t i = 0; i < app_.Images().Count(); ++i) all.push_back(i);
+    if (all.size() > 1) app_.CompareImages(all);
+    controller_.OnImagesChanged();
+  }
+  void CloseAll() {
+    app_.CloseAllImages();
+    controller_.OnImagesChanged();
+  }
+  void Resize() { controller_.OnResize(kClient, 0); }
+
+  // What the canvas's paint event does on a dirty frame: plan, compose the
+  // base, blit it, draw the overlay.
+  void Paint() {
+    const FramePlan& plan = controller_.PrepareFrame();
+    renderer_.ComposeBase(plan, base_);
+    QPainter painter(&screen_);
+    painter.drawImage(0, 0, base_);
+    renderer_.DrawOverlay(plan, painter);
+  }
+  CViewerController& Controller() { return controller_; }
+  size_t ImageCount() const { return app_.Images().Count(); }
+  const FramePlan& Plan() { return controller_.PrepareFrame(); }
+
+ private:
+  ConfigValues config_;
+  QuietFeedback feedback_;
+  NullHost host_;
+  ConfiguredApp configured_;
+  AppState& app_;
+  CViewerController controller_;
+  CFrameRenderer renderer_;
+  QImage base_;
+  QImage screen_;
+};
+
+// --- benchmarks --------------------------------------------------------------
+
+// Open a 4K NV12 file and show it: load, layout, rendition, compose, paint.
+void BM_OpenToFirstPaint(benchmark::State& state, double zoom) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  const std::string path = Files().Nv12(0);
+  Viewer viewer({zoom, false, false});
+  for (auto _ : state) {
+    if (!viewer.Open(path)) return state.SkipWithError("open failed");
+    viewer.Resize();
+    viewer.Paint();
+    state.PauseTiming();
+    viewer.CloseAll();
+    state.ResumeTiming();
+  }
+}
+BENCHMARK_CAPTURE(BM_OpenToFirstPaint, nv12_4k/fit, 0.0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_OpenToFirstPaint, nv12_4k/1to1, 1.0)->Unit(benchmark::kMillisecond);
+
+struct PanCase {
+  ViewSetup setup;
+  bool gray = false;  // one-component values
+};
+
+// One page scroll and the repaint it causes, over 1, 2 or 6 images side by
+// side. Scrolls alternate so the view stays inside the image. At fit nothing
+// scrolls, but the frame is composed all the same.
+void BM_PanRepaint(benchmark::State& state, PanCase pan) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  Viewer viewer(pan.setup);
+  const auto images = static_cast<uint32_t>(state.range(0));
+  for (uint32_t i = 0; i < images; ++i) {
+    if (!viewer.Open(pan.gray ? Files().Gray(i) : Files().Nv12(i))) return state.SkipWithError("open failed");
+  }
+  viewer.CompareAll();
+  // A case that does not draw what its name says would time the wrong thing.
+  const FramePlan& plan = viewer.Plan();
+  if (plan.panels.size() != images) return state.SkipWithError("not every image got a panel");
+  const PanelPlan& first = plan.panels.front();
+  const uint32_t k = pan.setup.zoom >= 1 ? static_cast<uint32_t>(pan.setup.zoom) : 1;
+  if (first.k != k || first.stretch != (pan.setup.zoom < 1)) return state.SkipWithError("wrong zoom");
+  if (first.grid != pan.setup.grid) return state.SkipWithError("grid not as asked");
+  if (first.values.show != pan.setup.values) return state.SkipWithError("values not as asked");
+  viewer.Paint();  // renditions built before timing
+  bool forward = true;
+  for (auto _ : state) {
+    viewer.Controller().OnScroll(Axis::Horizontal, forward ? ScrollAction::PageDown : ScrollAction::PageUp, 0);
+    forward = !forward;
+    viewer.Paint();
+  }
+}
+BENCHMARK_CAPTURE(BM_PanRepaint, fit, PanCase{{0.0, false, false}, false})
+    ->Arg(1)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_PanRepaint, k1, PanCase{{1.0, false, false}, false})
+    ->Arg(1)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
+// The grid is drawn from ZF 5 (its threshold).
+BENCHMARK_CAPTURE(BM_PanRepaint, k5_grid, PanCase{{5.0, true, false}, false})
+    ->Arg(1)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_PanRepaint, k24_values1, PanCase{{24.0, false, true}, true})
+    ->Arg(1)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_PanRepaint, k64_values3, PanCase{{64.0, false, true}, false})
+    ->Arg(1)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
+
+// One zoom step and its repaint, cycling fit -> 1:1 -> 2 -> 1:1 -> fit.
+void BM_ZoomStep(benchmark::State& state) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  Viewer viewer({0.0, false, false});
+  if (!viewer.Open(Files().Nv12(0))) return state.SkipWithError("open failed");
+  viewer.Paint();
+  const Command cycle[] = {Command::ZoomIn, Command::ZoomIn, Command::ZoomOut, Command::ZoomOut};
+  size_t step = 0;
+  for (auto _ : state) {
+    viewer.Controller().Execute(cycle[step]);
+    step = (step + 1) % std::size(cycle);
+    viewer.Paint();
+  }
+}
+BENCHMARK(BM_ZoomStep)->Unit(benchmark::kMillisecond);
+
+// The baseline: one frame's bytes copied, as a backing-store blit would.
+void BM_MemcpyFrame(benchmark::State& state) {
+  const size_t bytes = size_t{4} * kClient.width * kClient.height;
+  std::vector<uint8_t> source(bytes, 1);
+  std::vector<uint8_t> target(bytes);
+  for (auto _ : state) {
+    std::memcpy(target.data(), source.data(), bytes);
+    benchmark::DoNotOptimize(target.data());
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
+}
+BENCHMARK(BM_MemcpyFrame)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace korvanel
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QGuiApplication app(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

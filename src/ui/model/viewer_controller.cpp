@@ -1,0 +1,731 @@
+#include "ui/model/viewer_controller.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/app_state.h"
+#include "ops/job_runner.h"
+#include "ui/model/key_tables.h"
+#include "ui/model/menu_table.h"
+#include "ui/model/text_metrics.h"
+
+namespace korvanel {
+
+namespace {
+
+inline constexpr uint32_t kLastHelpPage = 10;
+// Rings around the focus image's picture when several panels are shown, so
+// the image that zoom and scrolling follow stands out.
+inline constexpr uint32_t kFocusRings = 3;
+inline constexpr int32_t kCloseBoxSize = 20;
+// Without text metrics values show from this ZF (the manual's figure).
+inline constexpr uint32_t kValuesFromZoom = 15;
+inline constexpr Rgb kDefaultRulerColor{255, 0, 0};
+
+struct ValueFormat {
+  bool one_component;
+  bool hex;
+  const char* format;
+};
+
+constexpr ValueFormat kValueFormats[] = {
+    {true, false, "%u"},
+    {true, true, "%X"},
+    {false, false, "%u,%u,%u"},
+    {false, true, "%X,%X,%X"},
+};
+
+const char* ValueFormatFor(bool one_component, bool hex) {
+  for (const ValueFormat& row : kValueFormats) {
+    if (row.one_component == one_component && row.hex == hex) return row.format;
+  }
+  return "%u";
+}
+
+// The width templates that decide whether values fit a block.
+const char* ValueTemplate(bool one_component) { return one_component ? "255" : "255,10,10"; }
+
+ImageSize SizeOf(const IImageContainer& image) {
+  ImageSize size;
+  image.GetSize(size.width, size.height);
+  return size;
+}
+
+PixelRect RoiRect(const IImageContainer& image, ImageSize size) {
+  const Rect roi = image.GetRegionOfInterest();
+  if (roi.IsNone() || size.width == 0 || size.height == 0) return {};
+  return {roi.min_x, roi.min_y, std::min<int64_t>(roi.max_x, size.width - 1),
+          std::min<int64_t>(roi.max_y, size.height - 1)};
+}
+
+ScreenPoint CentreOf(const PixelRect& rect) {
+  return {static_cast<int32_t>((rect.left + rect.right) / 2),
+          static_cast<int32_t>((rect.top + rect.bottom) / 2)};
+}
+
+// The scroll offset along one axis kept within what the picture can scroll.
+int32_t ClampOffset(int32_t offset, int64_t content, int32_t visible) {
+  const int64_t max_scroll = std::max<int64_t>(0, content - std::max(0, visible));
+  return static_cast<int32_t>(-std::clamp<int64_t>(-int64_t{offset}, 0, max_scroll));
+}
+
+void ClampOffsets(ImageView& view) {
+  if (!Replicates(view.zf) || view.picture.Empty()) {
+    view.offset = {};
+    return;
+  }
+  view.offset.x = ClampOffset(view.offset.x, ContentExtent(view.size.width, 0, view.zf),
+                              view.picture.Width());
+  view.offset.y = ClampOffset(view.offset.y, ContentExtent(view.size.height, 0, view.zf),
+                              view.picture.Height());
+}
+
+}  // namespace
+
+CViewerController::CViewerController(AppState& app, IViewerHost& host,
+                                     const ViewerSettings& settings)
+    : app_(app), host_(host), settings_(settings) {
+  if (settings_.ruler_colors.empty()) settings_.ruler_colors.push_back(kDefaultRulerColor);
+  state_.zf = app_.DefaultZoom();
+  state_.zoom_text = ZoomText(state_.zf);
+  state_.flags = settings.flags;
+  SyncViews();
+}
+
+// --- views and the drawn set --------------------------------------------------
+
+bool CViewerController::HasImages() const { return !app_.Images().Empty(); }
+
+void CViewerController::SyncViews() {
+  const ImageRegistry& images = app_.Images();
+  std::erase_if(state_.views, [&](const ImageView& view) {
+    return !images.IndexOfSerial(view.serial).has_value();
+  });
+  for (size_t i = 0; i < images.Count(); ++i) {
+    const ImageRecord& record = images.At(i);
+    ImageView* view = state_.FindView(record.serial);
+    if (view == nullptr) {
+      ImageView fresh;
+      fresh.serial = record.serial;
+      fresh.ruler = settings_.ruler_settings;
+      fresh.ruler_type = settings_.ruler_matrix ? RulerType::Matrix : RulerType::Indent;
+      ApplyFlagsToView(fresh);
+      fresh.SetZoom(state_.zf);
+      state_.views.push_back(fresh);
+      view = &state_.views.back();
+    }
+    const ImageSize size = SizeOf(*record.image);
+    if (size != view->size) {
+      view->size = size;
+      state_.layout_dirty = state_.view_dirty = true;
+    }
+  }
+  if (!app_.CompareMode()) state_.layer.on = false;
+  const std::vector<size_t> party = PartyIndices();
+  if (state_.layer.visible >= party.size()) state_.layer.visible = 0;
+  if (state_.layer.previous >= party.size()) state_.layer.previous = 0;
+
+  DrawnSet drawn{CurrentLayoutMode(), {}};
+  for (size_t index : DrawnIndices()) drawn.serials.push_back(images.At(index).serial);
+  if (drawn != drawn_) {
+    drawn_ = std::move(drawn);
+    state_.layout_dirty = state_.view_dirty = true;
+  }
+  if (const ImageView* focus = FocusView(); focus != nullptr && focus->zf != state_.zf) {
+    state_.zf = focus->zf;
+    state_.zoom_text = ZoomText(state_.zf);
+  }
+}
+
+std::vector<size_t> CViewerController::PartyIndices() const {
+  const size_t count = app_.Images().Count();
+  if (app_.CompareMode()) {
+    std::vector<size_t> party;
+    for (size_t index : app_.ComparisonGroup()) {
+      if (index < count) party.push_back(index);
+    }
+    return party;
+  }
+  if (app_.FocusIndex() < count) return {app_.FocusIndex()};
+  return {};
+}
+
+LayoutMode CViewerController::CurrentLayoutMode() const {
+  if (!app_.CompareMode()) return LayoutMode::Single;
+  return state_.layer.on ? LayoutMode::Layer : LayoutMode::SideBySide;
+}
+
+std::vector<size_t> CViewerController::DrawnIndices() const {
+  std::vector<size_t> party = PartyIndices();
+  if (CurrentLayoutMode() != LayoutMode::Layer || party.empty()) return party;
+  return {party[std::min(state_.layer.visible, party.size() - 1)]};
+}
+
+ImageView* CViewerController::ViewAt(size_t index) {
+  if (index >= app_.Images().Count()) return nullptr;
+  return state_.FindView(app_.Images().At(index).serial);
+}
+
+const ImageView* CViewerController::ViewAt(size_t index) const {
+  if (index >= app_.Images().Count()) return nullptr;
+  return state_.FindView(app_.Images().At(index).serial);
+}
+
+// The image zoom and the scroll bars follow: the FI, or the first party
+// image when the FI is not in the party.
+size_t CViewerController::AnchorIndex() const {
+  const std::vector<size_t> party = PartyIndices();
+  if (party.empty()) return kNoIndex;
+  const bool in_party = std::ranges::find(party, app_.FocusIndex()) != party.end();
+  return in_party ? app_.FocusIndex() : party.front();
+}
+
+ImageView* CViewerController::FocusView() { return ViewAt(AnchorIndex()); }
+
+// --- layout --------------------------------------------------------------------
+
+void CViewerController::OnResize(ScreenSize client, int32_t status_height) {
+  state_.client = client;
+  state_.status_height = status_height;
+  state_.area = {0, 0, client.width - 1, client.height - status_height - 1};
+  MarkDirty();
+  SyncViews();
+  Relayout();
+  if (!menus_set_) UpdateMenuChecks();  // the first resize comes with the first show
+  UpdateStatus();
+  Repaint();
+}
+
+void CViewerController::OnFirstShow() {
+  SyncViews();
+  UpdateMenuChecks();
+  UpdateStatus();
+}
+
+void CViewerController::EnsureLayout() {
+  if (state_.layout_dirty || state_.area != state_.last_area) Relayout();
+}
+
+void CViewerController::Relayout() {
+  const std::vector<size_t> drawn = DrawnIndices();
+  layout_ = ComputeLayout(state_.area, CurrentLayoutMode(), drawn.size(), !drawn.empty());
+  for (size_t i = 0; i < drawn.size() && i < layout_.panels.size(); ++i) {
+    ImageView* view = ViewAt(drawn[i]);
+    if (view == nullptr) continue;
+    view->panel = layout_.panels[i].panel;
+    view->picture = PictureRect(view->panel, view->size, view->zf);
+    ClampOffsets(*view);
+  }
+  state_.last_area = state_.area;
+  state_.layout_dirty = false;
+  UpdateScrollBars();
+}
+
+void CViewerController::MarkDirty() { state_.view_dirty = state_.layout_dirty = true; }
+
+void CViewerController::Repaint() { host_.Invalidate(state_.view_dirty, {}); }
+
+// --- zoom and scrolling --------------------------------------------------------
+
+void CViewerController::ApplyZoom(double zf) {
+  EnsureLayout();
+  ImageView* focus = FocusView();
+  if (focus == nullptr) return;
+  const ScreenPoint centre =
+      CentreOf(VisibleRect(focus->picture, focus->size, focus->zf, focus->offset));
+  for (size_t index : PartyIndices()) {
+    ImageView* view = ViewAt(index);
+    if (view == nullptr) continue;
+    view->SetZoom(zf);
+    view->picture = PictureRect(view->panel, view->size, zf);
+    view->offset = ScrollToCentre(view->panel, view->size, zf, centre);
+  }
+  state_.zf = zf;
+  state_.zoom_text = ZoomText(zf);
+  MarkDirty();
+  UpdateScrollBars();
+  UpdateStatus();
+}
+
+void CViewerController::UpdateScrollBars() {
+  ScrollBarState h;
+  ScrollBarState v;
+  if (const ImageView* view = FocusView(); view != nullptr && !view->picture.Empty()) {
+    const auto line = static_cast<int32_t>(Replicates(view->zf) ? RoundedZoom(view->zf) : 1);
+    h = MakeScrollBar(ContentExtent(view->size.width, view->picture.Width(), view->zf),
+                      view->picture.Width(), line, -view->offset.x);
+    v = MakeScrollBar(ContentExtent(view->size.height, view->picture.Height(), view->zf),
+                      view->picture.Height(), line, -view->offset.y);
+  }
+  if (h == h_bar_ && v == v_bar_) return;
+  h_bar_ = h;
+  v_bar_ = v;
+  host_.SetScrollBars(h_bar_, v_bar_);
+}
+
+void CViewerController::SetScrollPosition(Axis axis, int32_t position) {
+  for (size_t index : PartyIndices()) {
+    ImageView* view = ViewAt(index);
+    if (view == nullptr) continue;
+    (axis == Axis::Horizontal ? view->offset.x : view->offset.y) = -position;
+    ClampOffsets(*view);
+  }
+  state_.view_dirty = true;
+  UpdateScrollBars();
+}
+
+void CViewerController::OnScroll(Axis axis, ScrollAction action, int32_t thumb) {
+  SyncViews();
+  EnsureLayout();
+  const ScrollBarState& bar = axis == Axis::Horizontal ? h_bar_ : v_bar_;
+  const int32_t position = ScrollPosition(bar, action, thumb);
+  if (position == bar.position) return;
+  SetScrollPosition(axis, position);
+  Repaint();
+}
+
+void CViewerController::ScrollByPage(Axis axis, bool forward) {
+  OnScroll(axis, forward ? ScrollAction::PageUp : ScrollAction::PageDown, 0);
+}
+
+void CViewerController::OnWheel(int32_t steps, Modifiers m) {
+  SyncViews();
+  if (!HasImages() || steps == 0) return;
+  const bool forward = steps > 0;
+  for (int32_t i = 0; i < std::abs(steps); ++i) {
+    if (m.ctrl) {
+      Execute(forward ? Command::ZoomIn : Command::ZoomOut);
+    } else {
+      ScrollByPage(m.shift ? Axis::Horizontal : Axis::Vertical, forward);
+    }
+  }
+}
+
+// --- images --------------------------------------------------------------------
+
+void CViewerController::CycleImage(bool forward) {
+  const LayoutMode mode = CurrentLayoutMode();
+  if (mode == LayoutMode::SideBySide) return;
+  if (mode == LayoutMode::Layer) {
+    const size_t n = PartyIndices().size();
+    if (n == 0) return;
+    SetVisibleLayer((state_.layer.visible + (forward ? 1 : n - 1)) % n);
+    return;
+  }
+  const size_t n = app_.Images().Count();
+  if (n == 0) return;
+  const size_t focus = app_.FocusIndex() < n ? app_.FocusIndex() : 0;
+  app_.SetFocus((focus + (forward ? 1 : n - 1)) % n);
+}
+
+void CViewerController::SetVisibleLayer(size_t layer) {
+  const std::vector<size_t> party = PartyIndices();
+  if (layer >= party.size() || layer == state_.layer.visible) return;
+  state_.layer.previous = state_.layer.visible;
+  state_.layer.visible = layer;
+  app_.SetFocus(party[layer]);
+}
+
+void CViewerController::SelectSlot(uint32_t slot) {
+  const size_t index = slot - 1;
+  if (index >= app_.Images().Count()) return;
+  if (CurrentLayoutMode() == LayoutMode::Layer) {
+    const std::vector<size_t> party = PartyIndices();
+    const auto it = std::ranges::find(party, index);
+    if (it != party.end()) SetVisibleLayer(static_cast<size_t>(it - party.begin()));
+    return;
+  }
+  app_.SetFocus(index);
+}
+
+void CViewerController::BackKey() {
+  if (CurrentLayoutMode() == LayoutMode::Layer) {
+    SetVisibleLayer(state_.layer.previous);
+    return;
+  }
+  for (size_t index : app_.FocusHistory()) {
+    if (index != app_.FocusIndex()) {
+      app_.SetFocus(index);
+      return;
+    }
+  }
+}
+
+void CViewerController::ToggleLayerMode() {
+  if (!app_.CompareMode()) return;
+  state_.layer.on = !state_.layer.on;
+  if (state_.layer.on) {
+    const std::vector<size_t> party = PartyIndices();
+    const auto it = std::ranges::find(party, app_.FocusIndex());
+    state_.layer.visible = it == party.end() ? 0 : static_cast<size_t>(it - party.begin());
+    state_.layer.previous = state_.layer.visible;
+  }
+  MarkDirty();
+}
+
+void CViewerController::OnWindowMenu(size_t index) {
+  if (index >= app_.Images().Count()) return;
+  state_.layer.on = false;
+  app_.SetFocus(index);
+  SyncViews();
+  UpdateStatus();
+  UpdateMenuChecks();
+  Repaint();
+}
+
+// --- toggles -------------------------------------------------------------------
+
+void CViewerController::ApplyFlagsToView(ImageView& view) const {
+  view.grid_requested = state_.flags.grid;
+  view.values = state_.flags.values;
+  view.hex = state_.flags.hex;
+  view.SetZoom(view.zf);
+}
+
+void CViewerController::ToggleFlag(bool ViewFlags::*flag) {
+  state_.flags.*flag = !(state_.flags.*flag);
+  for (ImageView& view : state_.views) ApplyFlagsToView(view);
+  state_.view_dirty = true;
+}
+
+// Ctrl+R and M act on the image under the mouse; in compare mode with the
+// mouse over none, on the whole party, led by the left-most image.
+std::vector<ImageView*> CViewerController::RulerTargets() {
+  std::vector<ImageView*> targets;
+  const size_t under = ImageUnderCursor();
+  if (!app_.CompareMode() || under != kNoIndex) {
+    ImageView* view = ViewAt(app_.CompareMode() ? under : app_.FocusIndex());
+    if (view != nullptr) targets.push_back(view);
+    return targets;
+  }
+  for (size_t index : PartyIndices()) {
+    if (ImageView* view = ViewAt(index)) targets.push_back(view);
+  }
+  return targets;
+}
+
+void CViewerController::NextRulerColor() {
+  const std::vector<ImageView*> targets = RulerTargets();
+  if (targets.empty()) return;
+  const auto next = static_cast<uint32_t>((targets.front()->ruler_color_index + 1) %
+                                          settings_.ruler_colors.size());
+  for (ImageView* view : targets) view->ruler_color_index = next;
+  state_.view_dirty = true;
+}
+
+void CViewerController::ToggleRulerType() {
+  const std::vector<ImageView*> targets = RulerTargets();
+  if (targets.empty()) return;
+  const RulerType next =
+      targets.front()->ruler_type == RulerType::Indent ? RulerType::Matrix : RulerType::Indent;
+  for (ImageView* view : targets) view->ruler_type = next;
+  state_.view_dirty = true;
+}
+
+// --- help, escape --------------------------------------------------------------
+
+void CViewerController::ChangeHelpPage(int32_t delta) {
+  const int64_t page = std::clamp<int64_t>(int64_t{state_.help_page} + delta, 0, kLastHelpPage);
+  state_.help_page = static_cast<uint32_t>(page);
+  state_.view_dirty = true;
+}
+
+void CViewerController::Escape() {
+  if (state_.help_visible) {
+    state_.help_visible = false;
+    state_.view_dirty = true;
+  } else if (state_.layer.on) {
+    state_.layer.on = false;
+    MarkDirty();
+  }
+}
+
+// --- dispatch ------------------------------------------------------------------
+
+void CViewerController::OnKey(const KeyInput& key) {
+  SyncViews();
+  const Command command = CommandForKey(key, HasImages(), state_.help_visible);
+  if (command != Command::None) Execute(command);
+}
+
+void CViewerController::OnChar(char32_t ch, Modifiers mods) {
+  SyncViews();
+  if (state_.help_visible && ch >= U'0' && ch <= U'9') {
+    state_.help_page = static_cast<uint32_t>(ch - U'0');
+    state_.view_dirty = true;
+    Repaint();
+    return;
+  }
+  if (!HasImages()) return;
+  if (ch == U'*' && !mods.shift) return;  // the keypad star, handled as a key
+  if (const std::optional<uint32_t> slot = SlotForChar(ch)) {
+    SelectSlot(*slot);
+    SyncViews();
+    UpdateStatus();
+    Repaint();
+    return;
+  }
+  const Command command = CommandForChar(ch);
+  if (command != Command::None) Execute(command);
+}
+
+void CViewerController::Execute(Command command) {
+  SyncViews();
+  const bool images = HasImages();
+  switch (command) {
+    case Command::ZoomIn:
+      if (images) ApplyZoom(ZoomIn(state_.zf));
+      break;
+    case Command::ZoomOut:
+      if (images) ApplyZoom(ZoomOut(state_.zf));
+      break;
+    case Command::FitToWindow:
+      if (images) ApplyZoom(kFitZoom);
+      break;
+    case Command::ToggleGrid: ToggleFlag(&ViewFlags::grid); break;
+    case Command::TogglePixelValues: ToggleFlag(&ViewFlags::values); break;
+    case Command::ToggleHex: ToggleFlag(&ViewFlags::hex); break;
+    case Command::ToggleTracking: ToggleFlag(&ViewFlags::tracking); break;
+    case Command::ToggleOffset: ToggleFlag(&ViewFlags::offset); break;
+    case Command::ToggleRuler: ToggleFlag(&ViewFlags::ruler); break;
+    case Command::ToggleRulerMatrix: ToggleRulerType(); break;
+    case Command::NextRulerColor: NextRulerColor(); break;
+    case Command::ToggleLayerMode: ToggleLayerMode(); break;
+    case Command::NextImage: CycleImage(true); break;
+    case Command::PreviousImage: CycleImage(false); break;
+    case Command::BackKey: BackKey(); break;
+    case Command::ScrollPageLeft: ScrollByPage(Axis::Horizontal, true); break;
+    case Command::ScrollPageRight: ScrollByPage(Axis::Horizontal, false); break;
+    case Command::ScrollPageUp: ScrollByPage(Axis::Vertical, true); break;
+    case Command::ScrollPageDown: ScrollByPage(Axis::Vertical, false); break;
+    case Command::ToggleHelpOverlay:
+      state_.help_visible = !state_.help_visible;
+      state_.view_dirty = true;
+      break;
+    case Command::HelpFirstPage: ChangeHelpPage(-static_cast<int32_t>(kLastHelpPage)); break;
+    case Command::HelpLastPage: ChangeHelpPage(static_cast<int32_t>(kLastHelpPage)); break;
+    case Command::HelpPreviousPage: ChangeHelpPage(-1); break;
+    case Command::HelpNextPage: ChangeHelpPage(1); break;
+    case Command::Escape: Escape(); break;
+    case Command::OpenFile:
+      if (const std::optional<std::string> path = host_.AskOpenPath()) app_.OpenImage(*path);
+      break;
+    case Command::HelpWindow: host_.OpenDialog(DialogId::HelpWindow); break;
+    case Command::About: host_.OpenDialog(DialogId::About); break;
+    case Command::Exit:
+      host_.DestroyWindow();
+      return;
+    default:
+      // Saving, comparing, operations, phases, histograms and the other
+      // commands of the vocabulary are bound by the features that own them.
+      break;
+  }
+  SyncViews();
+  UpdateStatus();
+  UpdateMenuChecks();
+  Repaint();
+}
+
+// --- mouse, drop, close ----------------------------------------------------------
+
+size_t CViewerController::ImageUnderCursor() const {
+  const std::vector<size_t> drawn = DrawnIndices();
+  for (size_t index : drawn) {
+    const ImageView* view = ViewAt(index);
+    if (view != nullptr && view->picture.Contains(state_.cursor)) return index;
+  }
+  return kNoIndex;
+}
+
+void CViewerController::UpdateTabHover() {
+  std::vector<ScreenRect> damage;
+  for (PanelPlan& panel : plan_.panels) {
+    const bool hovered = panel.tab.rect.Contains(state_.cursor);
+    const bool close_hovered = panel.tab.close_box.Contains(state_.cursor);
+    if (hovered == panel.tab.hovered && close_hovered == panel.tab.close_hovered) continue;
+    panel.tab.hovered = hovered;
+    panel.tab.close_hovered = close_hovered;
+    if (ImageView* view = ViewAt(panel.image_index)) {
+      view->tab.hovered = hovered;
+      view->tab.close_hovered = close_hovered;
+    }
+    damage.push_back(panel.tab.rect);
+  }
+  if (!damage.empty()) host_.Invalidate(false, damage);
+}
+
+void CViewerController::OnMouseMove(ScreenPoint p, Modifiers) {
+  SyncViews();  // an image set changed behind our back makes the view dirty
+  if (!HasImages() || state_.help_visible || state_.view_dirty || p == state_.cursor) return;
+  state_.cursor = p;
+  app_.SetHover(ImageUnderCursor(), p.x, p.y);
+  UpdateTabHover();
+}
+
+// ROI selection, tab clicks and phase cancelling come with the readout.
+void CViewerController::OnLeftDown(ScreenPoint, Modifiers) {}
+void CViewerController::OnLeftUp(ScreenPoint) {}
+
+void CViewerController::OnRightUp(ScreenPoint) {
+  if (!state_.help_visible) return;
+  state_.help_visible = false;
+  state_.view_dirty = true;
+  Repaint();
+}
+
+void CViewerController::OnDrop(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) app_.OpenImage(path);
+  OnImagesChanged();
+}
+
+bool CViewerController::RequestClose() { return app_.ConfirmExit(); }
+
+void CViewerController::OnImagesChanged() {
+  SyncViews();
+  UpdateStatus();
+  UpdateMenuChecks();
+  Repaint();
+}
+
+// --- timers and status ---------------------------------------------------------
+
+void CViewerController::ShowStatusMessage(std::string_view text) {
+  state_.message.Show(text);
+  host_.StartTimer(TimerId::Status, TimerPeriod(TimerId::Status));
+  UpdateStatus();
+}
+
+void CViewerController::OnTimer(TimerId id) {
+  if (id != TimerId::Status) return;  // file watch and markers come with their features
+  if (state_.message.showing && !state_.message.Tick()) return;
+  host_.StopTimer(TimerId::Status);
+  UpdateStatus();
+}
+
+void CViewerController::UpdateStatus() {
+  StatusFields fields;
+  if (const ImageView* focus = FocusView(); focus != nullptr) {
+    const ModeFlags modes{state_.flags, focus->ruler_type == RulerType::Matrix,
+                          app_.CompareMode()};
+    if (state_.message.showing) fields.parts[kStatusReadoutPart] = state_.message.text;
+    fields.parts[kStatusFeaturePart] = FeatureLetters(modes);
+    fields.parts[kStatusZoomPart] = state_.zoom_text;
+    fields.parts[kStatusModePart] = ModeLetters(modes);
+  }
+  state_.status = fields;
+  if (status_shown_ && fields == shown_status_) return;
+  shown_status_ = fields;
+  status_shown_ = true;
+  host_.ShowStatus(fields);
+}
+
+void CViewerController::UpdateMenuChecks() {
+  const ImageView* focus = FocusView();
+  const bool images = HasImages();
+  const struct {
+    Command command;
+    bool checked;
+  } rows[] = {
+      {Command::ToggleGrid, state_.flags.grid},
+      {Command::TogglePixelValues, state_.flags.values},
+      {Command::ToggleHex, state_.flags.hex},
+      {Command::ToggleTracking, state_.flags.tracking},
+      {Command::ToggleOffset, state_.flags.offset},
+      {Command::ToggleRuler, state_.flags.ruler},
+      {Command::ToggleRulerMatrix, focus != nullptr && focus->ruler_type == RulerType::Matrix},
+      {Command::CompareLabel, app_.CompareMode()},
+      {Command::ToggleLayerMode, state_.layer.on},
+      {Command::ToggleAutoNaming, app_.AutoFileNaming()},
+      {Command::ToggleHexTextCLayout, app_.SaveTextHexCArray()},
+      {Command::ToggleFavorLowMemory, app_.FavorLowMemory()},
+  };
+  menus_set_ = true;
+  for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);
+  host_.SetMenuState(Command::ZoomIn, false, images);
+  host_.SetMenuState(Command::ZoomOut, false, images);
+  host_.SetMenuState(Command::FitToWindow, false, images);
+}
+
+// --- the frame -----------------------------------------------------------------
+
+bool CViewerController::ValuesFit(uint32_t k, bool one_component) const {
+  if (metrics_ == nullptr) return k >= kValuesFromZoom;
+  const auto block = static_cast<int32_t>(k);
+  return metrics_->Width(FontRole::Values, ValueTemplate(one_component)) <= block &&
+         metrics_->Height(FontRole::Values) <= block;
+}
+
+std::string CViewerController::TabText(size_t index) const {
+  const ImageRecord& record = app_.Images().At(index);
+  std::string text;
+  if (CurrentLayoutMode() == LayoutMode::Layer) {
+    // The party's HK numbers, left to right, so the number keys pick layers.
+    for (size_t member : PartyIndices()) {
+      text += std::to_string(app_.Images().At(member).hk_id);
+      text += ' ';
+    }
+    text += "| ";
+  }
+  char head[16];
+  std::snprintf(head, sizeof head, "[%u] ", record.hk_id);
+  return text + head + record.display_name;
+}
+
+void CViewerController::BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan) {
+  ImageRecord& record = app_.Images().At(index);
+  const ImageView& view = *ViewAt(index);
+  IImageContainer& image = *record.image;
+  plan.image_index = index;
+  plan.hk_id = record.hk_id;
+  plan.image = &image;
+  plan.panel = view.panel;
+  plan.picture = view.picture;
+  plan.source = VisibleRect(view.picture, view.size, view.zf, view.offset);
+  plan.rendition = plan.picture.Empty() ? nullptr : image.BuildDisplay(&app_.Jobs());
+  plan.stretch = !Replicates(view.zf);
+  plan.k = RoundedZoom(view.zf);
+  plan.origin = {view.picture.left + view.offset.x, view.picture.top + view.offset.y};
+  plan.grid = view.grid_visible && !plan.stretch;
+  plan.roi = RoiRect(image, view.size);
+  const bool one_component = image.ComponentCount() == 1;
+  plan.values = {view.values && !plan.stretch && ValuesFit(plan.k, one_component), view.hex,
+                 one_component, ValueFormatFor(one_component, view.hex)};
+  plan.rings = CurrentLayoutMode() == LayoutMode::SideBySide && index == AnchorIndex() &&
+                       layout_.panels.size() > 1
+                   ? kFocusRings
+                   : 0;
+  plan.ruler = {state_.flags.ruler, view.ruler_type, view.ruler,
+                settings_.ruler_colors[view.ruler_color_index % settings_.ruler_colors.size()]};
+  const ScreenRect& tab = layout_.panels[panel].tab;
+  plan.tab.rect = tab;
+  const int32_t box = std::min({kCloseBoxSize, tab.Width(), tab.Height()});
+  plan.tab.close_box = {tab.left, tab.top, tab.left + box - 1, tab.top + box - 1};
+  plan.tab.text = tab.Empty() ? std::string() : TabText(index);
+  plan.tab.close_text = view.tab.ctrl_remove && PartyIndices().size() > 2 ? 'O' : 'X';
+  plan.tab.hovered = view.tab.hovered;
+  plan.tab.close_hovered = view.tab.close_hovered;
+}
+
+const FramePlan& CViewerController::PrepareFrame() {
+  SyncViews();
+  EnsureLayout();
+  UpdateStatus();
+  plan_.area = state_.area;
+  plan_.base_dirty = state_.view_dirty;
+  plan_.help_visible = state_.help_visible;
+  plan_.help_page = state_.help_page;
+  const std::vector<size_t> drawn = DrawnIndices();
+  plan_.panels.resize(std::min(drawn.size(), layout_.panels.size()));
+  for (size_t i = 0; i < plan_.panels.size(); ++i) {
+    plan_.panels[i] = PanelPlan{};
+    BuildPanelPlan(drawn[i], i, plan_.panels[i]);
+  }
+  plan_.no_image.show = !HasImages();
+  plan_.no_image.invitation = plan_.no_image.show ? kNoImageInvitation : "";
+  plan_.no_image.newer_version.clear();
+  state_.view_dirty = false;
+  return plan_;
+}
+
+}  // namespace korvanel

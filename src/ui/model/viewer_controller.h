@@ -1,0 +1,128 @@
+#pragma once
+
+// The viewer's dispatcher: window events and commands in, state changes on
+// AppState and the views, and calls on the host out. All on the UI thread;
+// positions and sizes are device pixels.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ui/model/commands.h"
+#include "ui/model/frame_plan.h"
+#include "ui/model/geometry.h"
+#include "ui/model/keys.h"
+#include "ui/model/layout.h"
+#include "ui/model/timers.h"
+#include "ui/model/viewer_host.h"
+#include "ui/model/viewer_state.h"
+
+namespace korvanel {
+
+class AppState;
+class ITextMetrics;
+
+class CViewerController {
+ public:
+  CViewerController(AppState& app, IViewerHost& host, const ViewerSettings& settings);
+
+  // The client area and the status bar's height (the image area is the rest).
+  void OnResize(ScreenSize client, int32_t status_height);
+  // Once the window shows: menu check marks and the status bar (the first
+  // OnResize does the same).
+  void OnFirstShow();
+  void OnKey(const KeyInput& key);            // key-down: physical key + modifiers
+  void OnChar(char32_t ch, Modifiers mods);   // a typed character (never with Ctrl)
+  void OnMouseMove(ScreenPoint p, Modifiers m);
+  void OnLeftDown(ScreenPoint p, Modifiers m);
+  void OnLeftUp(ScreenPoint p);
+  void OnRightUp(ScreenPoint p);
+  // Wheel notches, positive forward.
+  void OnWheel(int32_t steps, Modifiers m);
+  void OnScroll(Axis axis, ScrollAction action, int32_t thumb);
+  void OnTimer(TimerId id);
+  void OnDrop(const std::vector<std::string>& paths);
+  // The Window menu's image items, in AppState::ImagesMenu() order.
+  void OnWindowMenu(size_t index);
+  void Execute(Command command);
+  bool RequestClose();  // the exit prompt; false keeps the program running
+
+  // A status message from the core: cut at 511 characters, shown in part 0
+  // for 16 ticks of timer 1.
+  void ShowStatusMessage(std::string_view text);
+  // The image set changed outside the controller (opened, closed, replaced).
+  void OnImagesChanged();
+  // Used to judge whether pixel values fit a block; may be null.
+  void SetTextMetrics(const ITextMetrics* metrics) { metrics_ = metrics; }
+
+  // Lays out again when the view is dirty or the area changed, builds the
+  // renditions of the drawn images, and clears view-dirty.
+  const FramePlan& PrepareFrame();
+  const ViewerState& State() const { return state_; }
+  // The scroll bars as last sent to the host.
+  const ScrollBarState& HorizontalBar() const { return h_bar_; }
+  const ScrollBarState& VerticalBar() const { return v_bar_; }
+
+ private:
+  // The images drawn this frame and how: the signature that forces a new
+  // layout when it changes.
+  struct DrawnSet {
+    LayoutMode mode = LayoutMode::Single;
+    std::vector<uint64_t> serials;
+    friend bool operator==(const DrawnSet&, const DrawnSet&) = default;
+  };
+
+  void SyncViews();
+  bool HasImages() const;
+  std::vector<size_t> PartyIndices() const;
+  std::vector<size_t> DrawnIndices() const;
+  LayoutMode CurrentLayoutMode() const;
+  ImageView* ViewAt(size_t index);
+  const ImageView* ViewAt(size_t index) const;
+  size_t AnchorIndex() const;
+  ImageView* FocusView();
+  void EnsureLayout();
+  void Relayout();
+  void ApplyZoom(double zf);
+  void ScrollByPage(Axis axis, bool forward);
+  void SetScrollPosition(Axis axis, int32_t position);
+  void UpdateScrollBars();
+  void UpdateStatus();
+  void UpdateMenuChecks();
+  void MarkDirty();
+  void Repaint();
+  void CycleImage(bool forward);
+  void SelectSlot(uint32_t slot);
+  void SetVisibleLayer(size_t layer);
+  void BackKey();
+  void ToggleLayerMode();
+  void ToggleFlag(bool ViewFlags::*flag);
+  void ApplyFlagsToView(ImageView& view) const;
+  std::vector<ImageView*> RulerTargets();
+  void NextRulerColor();
+  void ToggleRulerType();
+  void ChangeHelpPage(int32_t delta);
+  void Escape();
+  size_t ImageUnderCursor() const;
+  void UpdateTabHover();
+  void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
+  bool ValuesFit(uint32_t k, bool one_component) const;
+  std::string TabText(size_t index) const;
+
+  AppState& app_;
+  IViewerHost& host_;
+  ViewerSettings settings_;
+  const ITextMetrics* metrics_ = nullptr;
+  ViewerState state_;
+  Layout layout_;
+  FramePlan plan_;
+  ScrollBarState h_bar_;
+  ScrollBarState v_bar_;
+  DrawnSet drawn_;
+  StatusFields shown_status_;
+  bool status_shown_ = false;
+  bool menus_set_ = false;
+};
+
+}  // namespace korvanel

@@ -1,0 +1,64 @@
+#include "ui/qt/qt_feedback.h"
+
+#include <QMessageBox>
+#include <QString>
+#include <cstdio>
+
+namespace korvanel {
+namespace {
+
+QString ToQString(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
+
+struct StyleIcon {
+  MessageStyle style;
+  QMessageBox::Icon icon;
+};
+
+constexpr StyleIcon kStyleIcons[] = {
+    {MessageStyle::Error, QMessageBox::Critical},
+    {MessageStyle::Warning, QMessageBox::Warning},
+    {MessageStyle::Information, QMessageBox::Information},
+};
+
+QMessageBox::Icon IconFor(MessageStyle style) {
+  for (const StyleIcon& row : kStyleIcons) {
+    if (row.style == style) return row.icon;
+  }
+  return QMessageBox::Critical;
+}
+
+// Boxes stay on top of other windows, as the core's messages must be seen.
+int RunBox(QWidget* parent, QMessageBox::Icon icon, std::string_view text, std::string_view title,
+           QMessageBox::StandardButtons buttons) {
+  QMessageBox box(icon, ToQString(title), ToQString(text), buttons, parent);
+  box.setWindowFlag(Qt::WindowStaysOnTopHint, true);
+  return box.exec();
+}
+
+}  // namespace
+
+void CQtFeedback::ShowMessage(std::string_view text, std::string_view title, MessageStyle style) {
+  RunBox(window_.DialogParent(), IconFor(style), text, title, QMessageBox::Ok);
+}
+
+void CQtFeedback::StatusMessage(std::string_view text) { window_.ShowStatusMessage(text); }
+
+void CQtFeedback::BatchError(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fflush(stdout);
+}
+
+bool CQtFeedback::AskYesNo(std::string_view text, std::string_view title) {
+  return RunBox(window_.DialogParent(), QMessageBox::Question, text, title, QMessageBox::Yes | QMessageBox::No) ==
+         QMessageBox::Yes;
+}
+
+void CQtFeedback::ImagesMenuChanged(const std::vector<MenuEntry>& entries, std::optional<size_t> checked) {
+  window_.ShowImagesMenu(entries, checked);
+}
+
+void CQtFeedback::HasImagesChanged(bool has_images) { window_.ShowHasImages(has_images); }
+
+void CQtFeedback::RequestRepaint() { window_.Repaint(); }
+
+}  // namespace korvanel

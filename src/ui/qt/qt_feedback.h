@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/user_feedback.h"
+
+class QWidget;
+
+namespace korvanel {
+
+// What the window does with the core's view notifications.
+class IFeedbackWindow {
+ public:
+  virtual ~IFeedbackWindow() = default;
+  virtual QWidget* DialogParent() = 0;
+  virtual void ShowStatusMessage(std::string_view text) = 0;
+  virtual void ShowImagesMenu(const std::vector<MenuEntry>& entries, std::optional<size_t> checked) = 0;
+  virtual void ShowHasImages(bool has_images) = 0;
+  virtual void Repaint() = 0;
+};
+
+// The core's feedback while the window exists: modal boxes with their
+// captions, Yes/No questions, and the view notifications handed to the
+// window. Batch errors still go to standard output, as without a window.
+class CQtFeedback final : public IUserFeedback {
+ public:
+  explicit CQtFeedback(IFeedbackWindow& window) : window_(window) {}
+
+  void ShowMessage(std::string_view text, std::string_view title, MessageStyle style) override;
+  void StatusMessage(std::string_view text) override;
+  void BatchError(std::string_view text) override;
+  bool AskYesNo(std::string_view text, std::string_view title) override;
+  void ImagesMenuChanged(const std::vector<MenuEntry>& entries, std::optional<size_t> checked) override;
+  void HasImagesChanged(bool has_images) override;
+  void RequestRepaint() override;
+
+ private:
+  IFeedbackWindow& window_;
+};
+
+}  // namespace korvanel

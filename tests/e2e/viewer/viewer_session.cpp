@@ -1,0 +1,135 @@
+#include "e2e/viewer/viewer_session.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+namespace korvanel::test {
+
+ShellResult Shell(const std::string& command) {
+  ShellResult result;
+  std::FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return result;
+  char buffer[4096];
+  size_t n = 0;
+  while ((n = std::fread(buffer, 1, sizeof(buffer), pipe)) > 0) result.output.append(buffer, n);
+  const int raw = pclose(pipe);
+  result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  while (!result.output.empty() && result.output.back() == '\n') result.output.pop_back();
+  return result;
+}
+
+bool WaitFor(const std::function<bool()>& ready, milliseconds limit) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  while (!ready()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(milliseconds(50));
+  }
+  return true;
+}
+
+uint32_t PixelAt(const QImage& image, int x, int y) {
+  if (!image.valid(x, y)) return 0;
+  return image.pixel(x, y) & 0xFFFFFFu;
+}
+
+ViewerSession::ViewerSession(const std::string& ini) : runner_(dir_, ini) {}
+
+ViewerSession::~ViewerSession() {
+  if (pid_ <= 0) return;
+  if (!WaitExit(milliseconds(0))) {
+    kill(pid_, SIGKILL);
+    waitpid(pid_, nullptr, 0);
+  }
+}
+
+void ViewerSession::CopyIn(const std::vector<std::string>& paths) const {
+  for (const std::string& path : paths) {
+    const std::filesystem::path source(path);
+    std::filesystem::copy_file(source, dir_ / source.filename().string(),
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+}
+
+void ViewerSession::AppendIni(const std::string& lines) const {
+  dir_.Write("Korvanel.ini", ReadWholeFile(dir_ / "Korvanel.ini") + lines);
+}
+
+bool ViewerSession::Start(const std::vector<std::string>& arguments) {
+  const std::string folder = dir_.path().string();
+  const std::string output = dir_.File("program_output.txt");
+  // Qt wants a private runtime folder and warns on standard error without one.
+  const std::string runtime = dir_.File("runtime");
+  mkdir(runtime.c_str(), 0700);
+  std::vector<std::string> words = {"./korvanel"};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  pid_ = fork();
+  if (pid_ < 0) return false;
+  if (pid_ == 0) {
+    // The real X server, whatever the test runner's environment says.
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    unsetenv("QT_SCALE_FACTOR");
+    setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+    const int fd = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    if (chdir(folder.c_str()) != 0 || fd < 0) _exit(127);
+    dup2(fd, STDOUT_FILENO);
+    dup2(fd, STDERR_FILENO);
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+  return true;
+}
+
+std::string ViewerSession::FindWindow(const std::string& title) const {
+  const ShellResult found =
+      Shell("timeout 10 xdotool search --sync --onlyvisible --name " + ShellQuote(title) + " 2>/dev/null");
+  if (found.status != 0) return "";
+  // The newest match is the last line.
+  const size_t last = found.output.rfind('\n');
+  return last == std::string::npos ? found.output : found.output.substr(last + 1);
+}
+
+bool ViewerSession::Keys(const std::string& window, const std::vector<std::string>& keys) const {
+  std::string command = "timeout 10 xdotool windowfocus --sync " + window + " key --delay 50";
+  for (const std::string& key : keys) command += " " + ShellQuote(key);
+  return Shell(command + " 2>/dev/null").status == 0;
+}
+
+QImage ViewerSession::Screenshot(const std::string& window) const {
+  const std::string file = dir_.File("screenshot.png");
+  std::remove(file.c_str());
+  if (Shell("timeout 10 import -window " + window + " " + ShellQuote(file) + " 2>/dev/null").status != 0) {
+    return {};
+  }
+  return QImage(QString::fromStdString(file)).convertToFormat(QImage::Format_RGB32);
+}
+
+std::optional<int> ViewerSession::WaitExit(milliseconds limit) {
+  if (pid_ <= 0) return std::nullopt;
+  int raw = 0;
+  std::optional<int> status;
+  WaitFor(
+      [&] {
+        if (waitpid(pid_, &raw, WNOHANG) != pid_) return false;
+        status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+        return true;
+      },
+      limit);
+  if (status) pid_ = -1;
+  return status;
+}
+
+std::string ViewerSession::Output() const { return ReadWholeFile(dir_ / "program_output.txt"); }
+
+std::string ViewerSession::ReadFile(const std::string& name) const { return ReadWholeFile(dir_ / name); }
+
+}  // namespace korvanel::test

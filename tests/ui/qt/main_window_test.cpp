@@ -1,0 +1,199 @@
+// The window as a user drives it, offscreen: keys through the canvas, what
+// grab() shows, the status bar and the Window menu. Runs at device pixel
+// ratio 1 and, in a second CTest entry, 2.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QMenu>
+#include <QTest>
+#include <string>
+#include <vector>
+
+#include "app/app_state.h"
+#include "app/configuration.h"
+#include "app/feedback_relay.h"
+#include "image/display_rendition.h"
+#include "image/image_container.h"
+#include "support/recording_feedback.h"
+#include "support/temp_dir.h"
+#include "ui/model/viewer_controller.h"
+#include "ui/qt/canvas.h"
+#include "ui/qt/main_window.h"
+
+namespace korvanel {
+namespace {
+
+const std::string kExamples = KORVANEL_EXAMPLES_DIR;
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  MainWindowTest() {
+    config.gui.def_zoom = 1;
+    app.ApplyConfiguration(config);
+    EXPECT_TRUE(app.LoadFormats(kExamples + "/Korvanel.fmt"));
+    window = std::make_unique<CMainWindow>(app, config);
+    relay.SetTarget(window->Feedback());
+    window->resize(640, 480);
+    window->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  }
+  ~MainWindowTest() override {
+    relay.SetTarget(console);
+    window.reset();
+    app.CloseAllImages();
+  }
+
+  void Open(const std::string& name) { ASSERT_TRUE(app.OpenImage(kExamples + "/" + name)) << name; }
+  QImage Grab() {
+    CCanvas& canvas = window->Canvas();
+    canvas.repaint();
+    return canvas.grab().toImage().convertToFormat(QImage::Format_RGB32);
+  }
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&window->Canvas(), key, modifiers);
+  }
+  QString StatusPart(size_t part) const { return window->StatusTexts()[part]; }
+
+  ConfigValues config = CConfiguration(std::filesystem::temp_directory_path()).Values();
+  test::RecordingFeedback console;
+  CFeedbackRelay relay{console};
+  AppState app{relay};
+  std::unique_ptr<CMainWindow> window;
+};
+
+QRgb RenditionColour(const DisplayRendition& rendition, uint32_t x, uint32_t y) {
+  const uint32_t pixel = rendition.pixels[size_t{y} * rendition.width + x];
+  return qRgb(DisplayRed(pixel), DisplayGreen(pixel), DisplayBlue(pixel));
+}
+
+TEST_F(MainWindowTest, KeypadPlusReplicatesEveryPixelIntoTwoByTwoDevicePixels) {
+  Open("gradient_64x48.nv12");
+  const DisplayRendition* rendition = app.Images().At(0).image->BuildDisplay();
+  ASSERT_NE(rendition, nullptr);
+  EXPECT_EQ(StatusPart(kStatusZoomPart), "1:1");
+  Press(Qt::Key_Plus, Qt::KeypadModifier);
+  EXPECT_EQ(StatusPart(kStatusZoomPart), "1:2");
+
+  const QImage shot = Grab();
+  // grab() is in device pixels; the picture's place comes from the frame.
+  EXPECT_EQ(shot.size(), QSize(window->Canvas().DeviceSize().width, window->Canvas().DeviceSize().height));
+  const FramePlan& plan = window->Controller().PrepareFrame();
+  ASSERT_EQ(plan.panels.size(), 1u);
+  const PanelPlan& panel = plan.panels[0];
+  ASSERT_EQ(panel.k, 2u);
+  ASSERT_EQ(panel.source, (PixelRect{0, 0, 63, 47})) << "the whole image fits at ZF 2";
+  int probes = 0;
+  for (uint32_t y = 0; y < 48; y += 7) {
+    for (uint32_t x = 0; x < 64; x += 9) {
+      const QRgb want = RenditionColour(*rendition, x, y);
+      const int sx = panel.origin.x + static_cast<int>(2 * x);
+      const int sy = panel.origin.y + static_cast<int>(2 * y);
+      for (const QPoint d : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+        ASSERT_EQ(shot.pixel(sx + d.x(), sy + d.y()), want) << "pixel " << x << "," << y << " +" << d.x() << d.y();
+      }
+      ++probes;
+    }
+  }
+  EXPECT_EQ(probes, 7 * 8);
+}
+
+TEST_F(MainWindowTest, TabCyclesTheFocusImageAndTheStatusFollows) {
+  for (const char* name : {"gradient_64x48.nv12", "frame_32x16_yuyv.yuv", "depth.y16"}) Open(name);
+  ASSERT_EQ(app.FocusIndex(), 2u);
+  struct Step {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    size_t focus;
+    QString status;
+  };
+  const Step steps[] = {
+      {Qt::Key_Tab, Qt::NoModifier, 0, "64x48 : YUV420 12bpp"},
+      {Qt::Key_Tab, Qt::NoModifier, 1, "32x16 : YUV422 16bpp"},
+      {Qt::Key_Tab, Qt::ShiftModifier, 0, "64x48 : YUV420 12bpp"},
+      {Qt::Key_Tab, Qt::ShiftModifier, 2, "40x30 : Y16"},
+      {Qt::Key_Backtab, Qt::ShiftModifier, 1, "32x16 : YUV422 16bpp"},
+  };
+  for (const Step& step : steps) {
+    Press(step.key, step.modifiers);
+    EXPECT_EQ(app.FocusIndex(), step.focus);
+    EXPECT_EQ(StatusPart(kStatusReadoutPart), step.status);
+    // The Window menu checks the focus image's entry only.
+    const QList<QAction*> actions = window->WindowMenu()->actions();
+    const QString entry = QString("[%1] %2/").arg(step.focus + 1).arg(QString::fromStdString(kExamples));
+    int checked = 0;
+    for (QAction* action : actions) {
+      if (!action->isChecked()) continue;
+      ++checked;
+      EXPECT_TRUE(action->text().startsWith(entry)) << action->text().toStdString();
+    }
+    EXPECT_EQ(checked, 1);
+  }
+}
+
+TEST_F(MainWindowTest, WindowMenuListsTheImagesAndChoosingOneFocusesIt) {
+  for (const char* name : {"gradient_64x48.nv12", "depth.y16"}) Open(name);
+  std::vector<QAction*> images;
+  for (QAction* action : window->WindowMenu()->actions()) {
+    if (action->text().startsWith('[')) images.push_back(action);
+  }
+  ASSERT_EQ(images.size(), 2u);
+  EXPECT_EQ(images[0]->text().toStdString(), "[1] " + kExamples + "/gradient_64x48.nv12");
+  EXPECT_EQ(images[1]->text().toStdString(), "[2] " + kExamples + "/depth.y16");
+  images[0]->trigger();
+  EXPECT_EQ(app.FocusIndex(), 0u);
+}
+
+TEST_F(MainWindowTest, MenusShowShortcutsWithoutBindingThem) {
+  const QAction* grid = window->ActionFor(Command::ToggleGrid);
+  ASSERT_NE(grid, nullptr);
+  EXPECT_EQ(grid->text(), "&Grid\tG");
+  EXPECT_TRUE(grid->shortcut().isEmpty());
+  EXPECT_EQ(window->ActionFor(Command::FindPrevious)->text(), "Find previous\tShit+=");
+  EXPECT_EQ(window->windowTitle(), "Korvanel");
+  Open("gradient_64x48.nv12");
+  Press(Qt::Key_G);
+  EXPECT_TRUE(window->ActionFor(Command::ToggleGrid)->isChecked());
+  Press(Qt::Key_G);
+  EXPECT_FALSE(window->ActionFor(Command::ToggleGrid)->isChecked());
+}
+
+TEST_F(MainWindowTest, NoImagePaintsTheInvitationOnTheDarkFill) {
+  const QImage shot = Grab();
+  EXPECT_EQ(shot.pixel(2, 2), qRgb(4, 0, 0));
+  int white = 0;
+  for (int x = 0; x < shot.width(); ++x) {
+    for (int y = shot.height() / 2 - 20; y < shot.height() / 2 + 20; ++y) white += shot.pixel(x, y) == qRgb(255, 255, 255);
+  }
+  EXPECT_GT(white, 20) << "the invitation text is drawn in the middle";
+}
+
+// None of these may crash or divide by zero; the window must still paint.
+TEST_F(MainWindowTest, SurvivesZeroSizeMinimisingUnknownKeysAndTwentyImages) {
+  test::TempDir dir;
+  ASSERT_TRUE(app.LoadFormats(dir.Write("tiny.fmt", "<format_group>\nfile_pattern = [.*\\.y8]\nwidth = 4\n"
+                                                   "height = 2\nformat = [],P,Y,8\n</format_group>\n")
+                                  .string()));
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_TRUE(app.OpenImage(dir.Write("img" + std::to_string(i) + ".y8", "ABCDEFGH").string()));
+  }
+  for (Qt::Key key : {Qt::Key_VolumeUp, Qt::Key_Shift, Qt::Key_Control, Qt::Key_F12, Qt::Key_Pause, Qt::Key_Tab}) {
+    Press(key);
+  }
+  EXPECT_EQ(app.FocusIndex(), 0u) << "only Tab acted";
+  Press(Qt::Key_Asterisk, Qt::KeypadModifier);
+  EXPECT_EQ(StatusPart(kStatusZoomPart), "F2W");
+  window->Canvas().resize(0, 0);
+  Grab();  // a 0 x 0 area paints nothing and must not fail
+  window->resize(1, 1);
+  Press(Qt::Key_Plus, Qt::KeypadModifier);
+  window->showMinimized();
+  Press(Qt::Key_Minus, Qt::KeypadModifier);
+  window->showNormal();
+  window->resize(300, 200);
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(app.FocusIndex(), 1u);
+  EXPECT_FALSE(Grab().isNull());
+}
+
+}  // namespace
+}  // namespace korvanel
