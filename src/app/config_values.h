@@ -58,7 +58,7 @@ struct ConfigGui {
   bool histogram_transparent = false;
   bool histogram_transparent_shadow = false;
   std::vector<Rgb> histogram_transparent_fg_color;
-  double def_zoom = 0;  // 0: fit to window
+  double def_zoom = 1.0;  // 0: fit to window
   bool ruler_mode = false;
   bool ruler_type_matrix = false;
   bool grid_mode = false;
@@ -69,8 +69,10 @@ struct ConfigGui {
 };
 
 struct ConfigImage {
-  ColorTransform trans_yuv_to_rgb;
-  ColorTransform trans_rgb_to_yuv;
+  // The built-in matrices, so that applying default values never zeroes
+  // the process-wide transforms.
+  ColorTransform trans_yuv_to_rgb = kDefaultYuvToRgb;
+  ColorTransform trans_rgb_to_yuv = kDefaultRgbToYuv;
   DiffType diff_type = DiffType::kAllBin;
   friend bool operator==(const ConfigImage&, const ConfigImage&) = default;
 };
