@@ -291,7 +291,7 @@ TEST_F(BatchMode, FormatsAndConfigurationFilesCanBeSwapped) {
 TEST_F(BatchMode, BatchErrorsAreLogged) {
   const test::ProgramRunner logged(dir, "[system]\nwork_path = " + dir.path().string() +
                                             "\n[developer]\ndebug_batch_error_log = 1, batch.log\n");
-  logged.Run({"a_4x2.y8", "-cls", "5"});
+  logged.Run({"a_4x2.y8", "-cls", "5", "-q"});
   EXPECT_NE(test::ReadWholeFile(dir / "batch.log").find("Can't close: invalid image index 5 (1)"),
             std::string::npos);
 }
