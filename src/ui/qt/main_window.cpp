@@ -96,6 +96,8 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
     connect(new QShortcut(keys, this), &QShortcut::activated, this, &CMainWindow::ShowAbout);
   }
   controller_ = std::make_unique<CViewerController>(app_, *this, ViewerSettings::FromConfig(config));
+  // Pixel values show only where the value font really fits a block.
+  controller_->SetTextMetrics(&renderer_->TextMetrics());
   canvas_->SetController(controller_.get());
   canvas_->setFocus();
   resize(1024, 768);
