@@ -18,18 +18,18 @@ constexpr const char* kTextFamily = "Arial";
 constexpr int32_t kTextPixels = 16;
 constexpr size_t kMaxValueChars = 32;
 
-struct RoleSpec {
+struct RoleFont {
   std::string name;
   int32_t pixels = 0;
   bool fixed_pitch = false;
 };
 
-int32_t SmallPixels(const FontSpec& spec) {
-  return spec.small_size > 0 ? spec.small_size : spec.size * 3 / 4;
+int32_t SmallPixels(const FontSpec& configured) {
+  return configured.small_size > 0 ? configured.small_size : configured.size * 3 / 4;
 }
 
 // In FontRole order.
-std::array<RoleSpec, kFontRoleCount> RoleSpecs(const ConfigGui& gui) {
+std::array<RoleFont, kFontRoleCount> RoleFonts(const ConfigGui& gui) {
   static_assert(static_cast<size_t>(FontRole::Tab) == 0 && static_cast<size_t>(FontRole::TabSmall) == 1 &&
                 static_cast<size_t>(FontRole::Ruler) == 2 &&
                 static_cast<size_t>(FontRole::RulerSmall) == 3 &&
@@ -44,11 +44,11 @@ std::array<RoleSpec, kFontRoleCount> RoleSpecs(const ConfigGui& gui) {
   }};
 }
 
-QFont MakeFont(const RoleSpec& spec, qreal dpr) {
-  QFont font(QString::fromStdString(spec.name.empty() ? std::string(kTextFamily) : spec.name));
-  const int32_t pixels = std::max<int32_t>(1, static_cast<int32_t>(std::lround(spec.pixels * dpr)));
+QFont MakeFont(const RoleFont& role, qreal dpr) {
+  QFont font(QString::fromStdString(role.name.empty() ? std::string(kTextFamily) : role.name));
+  const int32_t pixels = std::max<int32_t>(1, static_cast<int32_t>(std::lround(role.pixels * dpr)));
   font.setPixelSize(pixels);
-  if (spec.fixed_pitch) {
+  if (role.fixed_pitch) {
     font.setStyleHint(QFont::TypeWriter);
     font.setFixedPitch(true);
   }
@@ -67,9 +67,9 @@ void CQtTextMetrics::SetDevicePixelRatio(qreal dpr) {
 }
 
 void CQtTextMetrics::Build() {
-  const auto specs = RoleSpecs(gui_);
+  const auto roles = RoleFonts(gui_);
   for (size_t i = 0; i < kFontRoleCount; ++i) {
-    fonts_[i].font = MakeFont(specs[i], dpr_);
+    fonts_[i].font = MakeFont(roles[i], dpr_);
     fonts_[i].metrics = QFontMetrics(fonts_[i].font);
   }
   const QFontMetrics& values = Metrics(FontRole::Values);
