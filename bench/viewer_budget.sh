@@ -17,6 +17,10 @@ repetitions=${VIEWER_BUDGET_REPETITIONS:-10}
 open_budget_ms=50
 repaint_budget_ms=16
 
+if (( repetitions < 2 )); then
+  echo "viewer_budget: FAIL: VIEWER_BUDGET_REPETITIONS must be 2 or more (medians need repetitions)" >&2
+  exit 2
+fi
 if [[ ! -x $bench ]]; then
   echo "viewer_budget: FAIL: $bench not built (cmake --build $build_dir --target korvanel_viewer_bench)" >&2
   exit 2
@@ -42,13 +46,17 @@ median_of() {
   awk -F, -v row="\"$2_median\"" '$1 == row { printf "%.3f", $3 }' "$1"
 }
 
+missing() {  # missing <row>: a figure that did not come out fails the run
+  printf '  %-42s MISSING\n' "$1"
+  echo "viewer_budget: FAIL: no figure for $1" >&2
+  status=2
+}
+
 judge() {  # judge <csv> <row> <budget ms> <baseline ms>
   local value
   value=$(median_of "$1" "$2")
   if [[ -z $value ]]; then
-    printf '  %-42s MISSING\n' "$2"
-    echo "viewer_budget: FAIL: no figure for $2" >&2
-    status=2
+    missing "$2"
     return
   fi
   local verdict=PASS
@@ -78,9 +86,7 @@ run_variant() {  # run_variant <label> [VAR=value ...]
   local memcpy
   memcpy=$(median_of "$csv" "$baseline_row")
   if [[ -z $memcpy ]]; then
-    printf '  %-42s MISSING\n' "$baseline_row"
-    echo "viewer_budget: FAIL: no figure for $baseline_row" >&2
-    status=2
+    missing "$baseline_row"
     memcpy=0
   else
     printf '  %-42s %9.3f ms  (baseline)\n' "$baseline_row" "$memcpy"
