@@ -8,6 +8,7 @@
 
 #include "app/configuration.h"
 #include "app/new_image_name.h"
+#include "app/operation_host.h"
 #include "app/summary_line.h"
 #include "files/load_new_image.h"
 #include "image/color_transform.h"
@@ -35,6 +36,13 @@ FileAttributes ReadFileAttributes(const std::string& path) {
   return attributes;
 }
 
+// Folders, devices and pipes are no images: a pipe would block the reader.
+bool IsReadableRegularFile(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error) || error) return false;
+  return static_cast<bool>(std::ifstream(path, std::ios::binary));
+}
+
 bool SameSize(const IImageContainer& a, const IImageContainer& b) {
   uint32_t aw = 0, ah = 0, bw = 0, bh = 0;
   a.GetSize(aw, ah);
@@ -56,6 +64,7 @@ AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
 AppState::~AppState() {
   // The workers stop before anything they could refer to goes.
   jobs_.reset();
+  operation_host_.reset();
   pool_.reset();
   // Lines still held (a run that ended on a failed command) reach their files.
   format_log_->Flush();
@@ -96,9 +105,14 @@ JobRunner& AppState::Jobs() {
     const uint32_t capacity = PoolCapacityFor(max_process_threads_, LogicalProcessorCount());
     if (capacity > 0) pool_ = std::make_unique<WorkerPool>(capacity, force_thread_per_core_);
     jobs_ = std::make_unique<JobRunner>(pool_.get());
+    operation_host_ = std::make_unique<COperationHost>(feedback_, *jobs_);
   }
+  // Batch console runs block; everything else may show a progress window.
+  jobs_->SetRunHost(BatchConsoleMode() ? nullptr : operation_host_.get());
   return *jobs_;
 }
+
+bool AppState::OperationRunning() const { return operation_host_ && operation_host_->Running(); }
 
 CIEvalList& AppState::SavedIEvals() {
   if (!saved_ievals_) {
@@ -151,6 +165,12 @@ void AppState::StatusMessage(const char* format, ...) {
   va_start(args, format);
   std::vsnprintf(message_, sizeof(message_), format, args);
   va_end(args);
+  if (config_ != nullptr && !console_mode_) {
+    CLogger& log = config_->Logs().app;
+    log.BeginEntry("Status bar");
+    log.AddLine(message_);
+    log.Flush();
+  }
   feedback_.StatusMessage(message_);
 }
 
@@ -161,7 +181,7 @@ bool AppState::OpenImage(const std::string& path) { return OpenImage(path, forma
 bool AppState::OpenImage(const std::string& path, const FormatRules& rules) {
   if (!CheckRoomForImage()) return false;
   if (images_.FindPath(path)) return false;
-  if (!std::ifstream(path, std::ios::binary)) {
+  if (!IsReadableRegularFile(path)) {
     ShowMessage(FormatMessage("Can't locate %s", path.c_str()), "File doesn't exist");
     return false;
   }
@@ -237,6 +257,7 @@ size_t AppState::RegisterImage(std::unique_ptr<IImageContainer> image, std::stri
   if (from_file) {
     record.path = display_name;
     record.file_attributes = ReadFileAttributes(display_name);
+    record.watched = true;
   }
   record.display_name = std::move(display_name);
   record.format_text = std::move(format_text);
@@ -329,6 +350,49 @@ void AppState::CloseAllImages() {
   feedback_.ImagesMenuChanged(images_menu_, std::nullopt);
   feedback_.HasImagesChanged(false);
   feedback_.RequestRepaint();
+}
+
+std::vector<size_t> AppState::ChangedFiles() const {
+  std::vector<size_t> changed;
+  for (size_t i = 0; i < images_.Count(); ++i) {
+    const ImageRecord& record = images_.At(i);
+    if (!record.watched || record.path.empty()) continue;
+    const FileAttributes now = ReadFileAttributes(record.path);
+    if (now.valid && now.last_write != record.file_attributes.last_write) changed.push_back(i);
+  }
+  return changed;
+}
+
+bool AppState::ReloadImage(size_t index, bool keep_format) {
+  if (index >= images_.Count() || images_.At(index).path.empty()) return false;
+  ImageRecord& record = images_.At(index);
+  // Asked once per change: a file that fails to load is not asked about
+  // again until it changes once more.
+  record.file_attributes = ReadFileAttributes(record.path);
+  FormatRules rules = format_rules_;
+  rules.direct.in_force = false;
+  if (keep_format) {
+    uint32_t width = 0, height = 0;
+    record.image->GetSize(width, height);
+    if (!SetDirectExpression(record.format_text, width, height, rules.direct, *format_log_)) {
+      rules.direct.in_force = false;
+    }
+  }
+  LoadedImage loaded = LoadNewImage(record.path, rules, *format_log_, &Jobs());
+  format_log_->Flush();
+  if (!loaded.image) {
+    ShowMessage(FormatMessage("Can't open %s (unsupported format)", record.path.c_str()),
+                kOpenImageError);
+    return false;
+  }
+  uint32_t width = 0, height = 0;
+  loaded.image->GetSize(width, height);
+  record.summary =
+      MakeSummaryLine(loaded.image->GetRawByteSize(), width, height, record.display_name);
+  record.image = std::move(loaded.image);
+  record.format_text = std::move(loaded.format_text);
+  feedback_.RequestRepaint();
+  return true;
 }
 
 bool AppState::NewImageFromView() {
@@ -541,6 +605,26 @@ bool AppState::ConfirmExit() {
                                 "App exit");
   }
   return true;
+}
+
+// --- log switches ------------------------------------------------------------
+
+bool AppState::AppLogEnabled() const { return config_ != nullptr && config_->Logs().app.Enabled(); }
+
+void AppState::SetAppLogEnabled(bool on) {
+  if (config_ == nullptr) return;
+  config_->Logs().app.SetEnabled(on);
+  config_->MutableValues().developer.log_app_msg.enabled = on;
+}
+
+bool AppState::FormatLogEnabled() const {
+  return config_ != nullptr && config_->Logs().format_load.Enabled();
+}
+
+void AppState::SetFormatLogEnabled(bool on) {
+  if (config_ == nullptr) return;
+  config_->Logs().format_load.SetEnabled(on);
+  config_->MutableValues().developer.debug_load_format_log.enabled = on;
 }
 
 // --- menu --------------------------------------------------------------------

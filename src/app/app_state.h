@@ -21,6 +21,7 @@
 namespace korvanel {
 
 class CConfiguration;
+class COperationHost;
 class JobRunner;
 class WorkerPool;
 
@@ -72,6 +73,15 @@ class AppState {
   bool ReplaceImage(size_t index, std::unique_ptr<IImageContainer> image, std::string format_text);
   void CloseImage(size_t index);
   void CloseAllImages();
+  // Indices of the watched file-backed images whose file's last-write time
+  // differs from the one recorded (a file that cannot be read counts as
+  // unchanged).
+  std::vector<size_t> ChangedFiles() const;
+  // Loads the image at `index` again from its file, in place: HK id, name
+  // and unsaved state stay. `keep_format` reads it with its current
+  // expression and size, else the rules detect the format again. When the
+  // file no longer loads, the old image stays and a message says so.
+  bool ReloadImage(size_t index, bool keep_format);
   bool NewImageFromView();
   // Refuses with the "Too many open images" message when the registry is full.
   bool CheckRoomForImage();
@@ -150,11 +160,18 @@ class AppState {
   const std::string& WorkPath() const { return work_path_; }
   const std::string& FormatFilePath() const { return format_file_path_; }
   const std::string& IevalFilePath() const { return ieval_file_path_; }
+  // The Developer menu's log switches; without a configuration they do nothing.
+  bool AppLogEnabled() const;
+  void SetAppLogEnabled(bool on);
+  bool FormatLogEnabled() const;
+  void SetFormatLogEnabled(bool on);
 
   // --- long operations -----------------------------------------------------
   // The runner of the worker pool, made at first use with
   // max_process_threads workers (none for -1: jobs run on this thread).
   JobRunner& Jobs();
+  // A long operation's pool run is under way (the viewer is then busy).
+  bool OperationRunning() const;
   // The saved I-Eval list, read from IevalFilePath() at first use.
   CIEvalList& SavedIEvals();
 
@@ -207,6 +224,7 @@ class AppState {
   bool force_thread_per_core_ = false;
   std::unique_ptr<WorkerPool> pool_;
   std::unique_ptr<JobRunner> jobs_;
+  std::unique_ptr<COperationHost> operation_host_;
   std::unique_ptr<CIEvalList> saved_ievals_;
 
   std::vector<MenuEntry> images_menu_;

@@ -65,7 +65,7 @@ CommandOutcome RunConvertCommand(AppState& app, const ConvertCommand& command) {
   const std::string name = ConvertedName(record);
   const std::string format_text = request.target.expression;
   CFeedbackProgress progress(app.Feedback());
-  progress.Start(StrFormat("Convert raw image from %s", record.display_name.c_str()),
+  progress.Start("Image Convert",
                  uint64_t{request.resize ? request.size.width : sw} * (request.resize ? request.size.height : sh));
   ConvertRun run = RunConvert(source, request, app.Jobs(), &progress);
   if (run.run.aborted) {

@@ -19,6 +19,7 @@ class CFeedbackProgress final : public IProgressSink {
     total_ = total_pixels;
   }
   void OnProgress(uint64_t elapsed_ms, uint64_t progress_sum) override;
+  std::string_view Title() const override { return title_; }
   static uint32_t Percent(uint64_t done, uint64_t total);
 
  private:

@@ -32,4 +32,9 @@ void CFeedbackRelay::Progress(std::string_view title, uint32_t percent) { target
 
 void CFeedbackRelay::RequestRepaint() { target_->RequestRepaint(); }
 
+void CFeedbackRelay::RunLongOperation(std::string_view title, const std::function<void()>& run,
+                                      const std::function<void()>& cancel) {
+  target_->RunLongOperation(title, run, cancel);
+}
+
 }  // namespace korvanel

@@ -24,6 +24,8 @@ class CFeedbackRelay final : public IUserFeedback {
   void HasImagesChanged(bool has_images) override;
   void Progress(std::string_view title, uint32_t percent) override;
   void RequestRepaint() override;
+  void RunLongOperation(std::string_view title, const std::function<void()>& run,
+                        const std::function<void()>& cancel) override;
 
  private:
   IUserFeedback* target_;

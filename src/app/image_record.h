@@ -26,6 +26,8 @@ struct ImageRecord {
   uint32_t hk_id = 0;
   std::string summary;
   FileAttributes file_attributes;
+  // Polled for changes by other programs; "Ignore" in the viewer clears it.
+  bool watched = false;
 };
 
 }  // namespace korvanel

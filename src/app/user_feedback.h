@@ -5,6 +5,7 @@
 // never reaches widgets any other way.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -73,6 +74,15 @@ class IUserFeedback {
     (void)percent;
   }
   virtual void RequestRepaint() {}
+  // Runs a long operation's `run` to its end. The viewer runs it on a helper
+  // thread and, when it takes long, shows a progress window whose Cancel
+  // calls `cancel` (from the UI thread). Without a window it just runs.
+  virtual void RunLongOperation(std::string_view title, const std::function<void()>& run,
+                                const std::function<void()>& cancel) {
+    (void)title;
+    (void)cancel;
+    run();
+  }
 };
 
 }  // namespace korvanel

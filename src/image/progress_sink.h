@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace korvanel {
 
@@ -11,6 +12,8 @@ class IProgressSink {
  public:
   virtual ~IProgressSink() = default;
   virtual void OnProgress(uint64_t elapsed_ms, uint64_t progress_sum) = 0;
+  // The operation's name, shown as the progress window's title.
+  virtual std::string_view Title() const { return {}; }
 };
 
 }  // namespace korvanel

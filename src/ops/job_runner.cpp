@@ -41,25 +41,32 @@ JobRunner::PoolRun JobRunner::RunOnPool(const std::vector<IImageProcessorThread*
 
   if (sink == nullptr) {
     pool_->Run();
+  } else if (host_ != nullptr) {
+    host_->RunPool(sink->Title(), [&] { RunWithProgress(jobs, *sink, period_ms); });
   } else {
-    // "IpmTimerEvent": ends the progress thread.
-    CEvent finished(EventReset::Manual);
-    std::thread progress([&] {
-      while (!finished.WaitFor(std::chrono::milliseconds(period_ms))) {
-        uint64_t sum = 0;
-        for (const IImageProcessorThread* job : jobs) sum += job->GetProgress();
-        const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
-                                 std::chrono::steady_clock::now() - pool_->StartTime())
-                                 .count();
-        sink->OnProgress(static_cast<uint64_t>(elapsed < 0 ? 0 : elapsed), sum);
-        last_sum_.store(sum, std::memory_order_release);
-      }
-    });
-    pool_->Run();
-    finished.Set();
-    progress.join();
+    RunWithProgress(jobs, *sink, period_ms);
   }
   return {pool_->Aborted(), pool_->ElapsedMs()};
+}
+
+void JobRunner::RunWithProgress(const std::vector<IImageProcessorThread*>& jobs, IProgressSink& sink,
+                                uint32_t period_ms) {
+  // "IpmTimerEvent": ends the progress thread.
+  CEvent finished(EventReset::Manual);
+  std::thread progress([&] {
+    while (!finished.WaitFor(std::chrono::milliseconds(period_ms))) {
+      uint64_t sum = 0;
+      for (const IImageProcessorThread* job : jobs) sum += job->GetProgress();
+      const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
+                               std::chrono::steady_clock::now() - pool_->StartTime())
+                               .count();
+      sink.OnProgress(static_cast<uint64_t>(elapsed < 0 ? 0 : elapsed), sum);
+      last_sum_.store(sum, std::memory_order_release);
+    }
+  });
+  pool_->Run();
+  finished.Set();
+  progress.join();
 }
 
 BandRun JobRunner::RunBands(const Rect& region, IProgressSink* progress, const BandKernel& kernel) {

@@ -23,6 +23,7 @@
 #include "image/parallel_runner.h"
 #include "image/progress_sink.h"
 #include "ops/image_processor_thread.h"
+#include "ops/run_host.h"
 #include "ops/sync_event.h"
 #include "ops/worker_pool.h"
 
@@ -55,11 +56,17 @@ class JobRunner final : public IParallelRunner {
   // Runs every job and returns when all have finished; true unless aborted.
   // Jobs beyond the free workers are told a null cancel flag and do not run.
   bool RunJobs();
+  // Callable from any thread while a run is under way.
   void Cancel();
   bool Aborted() const { return aborted_; }
   uint64_t ElapsedMs() const { return elapsed_ms_; }
   // The progress sum the progress thread reported last (0 when it never ran).
   uint64_t LastProgressSum() const { return last_sum_.load(std::memory_order_acquire); }
+
+  // Runs with a progress sink go through `host` (null: on the calling
+  // thread). Runs without a sink never do: they are short or nested.
+  void SetRunHost(IRunHost* host) { host_ = host; }
+  IRunHost* RunHost() const { return host_; }
 
  private:
   struct PoolRun {
@@ -71,10 +78,13 @@ class JobRunner final : public IParallelRunner {
   // set, and reports. The caller holds the pool's lease.
   PoolRun RunOnPool(const std::vector<IImageProcessorThread*>& jobs, IProgressSink* sink,
                     uint32_t period_ms);
+  void RunWithProgress(const std::vector<IImageProcessorThread*>& jobs, IProgressSink& sink,
+                       uint32_t period_ms);
 
   WorkerPool* pool_;
   std::vector<IImageProcessorThread*> jobs_;
   IProgressSink* sink_ = nullptr;
+  IRunHost* host_ = nullptr;
   uint32_t period_ms_ = kDefaultPeriodMs;
   std::atomic<uint64_t> last_sum_{0};
   bool aborted_ = false;

@@ -99,10 +99,53 @@ TEST_F(AppStateConfig, ComparisonLimitComesFromTheConfiguration) {
   EXPECT_EQ(feedback.messages,
             (std::vector<std::string>{
                 "[Compare images error]: Too many images to compare, reached a max of 2"}));
-  EXPECT_EQ(ReadWholeFile(dir / "qel.log_app.txt"),
-            StampedSessionStart() + kEntryRule +
-                "\nEntry 1: Compare images error\n"
-                "Too many images to compare, reached a max of 2\n\n");
+  // Between the focus changes' status lines.
+  EXPECT_NE(ReadWholeFile(dir / "qel.log_app.txt")
+                .find(": Compare images error\nToo many images to compare, reached a max of 2\n\n"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace korvanel
+
+namespace korvanel {
+namespace {
+
+TEST_F(AppStateConfig, StatusMessagesAreLoggedUnderStatusBarExceptInConsoleMode) {
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[developer]\nlog_app_msg=1, app.txt\n")));
+  config.Logs().app.SetStampSource(test::FixedStamp);
+  {
+    AppState app(feedback, config);
+    app.StatusMessage("Diff type: %s", "All pixels");
+    app.SetConsoleMode(true);
+    app.StatusMessage("Loading image %s...", "/x/a.raw");
+  }
+  EXPECT_EQ(feedback.statuses, (std::vector<std::string>{"Diff type: All pixels", "Loading image /x/a.raw..."}));
+  EXPECT_EQ(test::ReadWholeFile(dir / "app.txt"),
+            test::StampedSessionStart() + test::kEntryRule + "\nEntry 1: Status bar\nDiff type: All pixels\n\n" +
+                test::kEntryRule + "\nEntry 2: Session end mark\n\n");
+}
+
+TEST_F(AppStateConfig, TheLogSwitchesTurnTheLogsOnAndOffAndKeepTheSetting) {
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[developer]\nlog_app_msg=1, app.txt\ndebug_load_format_log=0\n")));
+  AppState app(feedback, config);
+  EXPECT_TRUE(app.AppLogEnabled());
+  EXPECT_FALSE(app.FormatLogEnabled());
+  app.SetAppLogEnabled(false);
+  app.SetFormatLogEnabled(true);
+  EXPECT_FALSE(app.AppLogEnabled());
+  EXPECT_TRUE(app.FormatLogEnabled());
+  EXPECT_FALSE(config.Values().developer.log_app_msg.enabled);
+  EXPECT_TRUE(config.Values().developer.debug_load_format_log.enabled);
+  app.ShowMessage("not logged", "title");
+  config.Logs().app.Flush();
+  EXPECT_FALSE(std::filesystem::exists(dir / "app.txt"));
+
+  AppState without_config(feedback);
+  without_config.SetAppLogEnabled(true);
+  EXPECT_FALSE(without_config.AppLogEnabled());
 }
 
 }  // namespace
