@@ -6,6 +6,8 @@
 
 #include "app/app_state.h"
 #include "ops/job_runner.h"
+#include "ui/model/dropped_files.h"
+#include "ui/model/file_watch.h"
 #include "ui/model/key_tables.h"
 #include "ui/model/menu_table.h"
 #include "ui/model/text_metrics.h"
@@ -91,7 +93,10 @@ CViewerController::CViewerController(AppState& app, IViewerHost& host,
   state_.zoom_text = ZoomText(state_.zf);
   state_.flags = settings.flags;
   SyncViews();
+  if (settings_.watch_files) host_.StartTimer(TimerId::FileWatch, TimerPeriod(TimerId::FileWatch));
 }
+
+bool CViewerController::Busy() const { return app_.OperationRunning(); }
 
 // --- views and the drawn set --------------------------------------------------
 
@@ -513,6 +518,10 @@ void CViewerController::Execute(Command command) {
       break;
     case Command::HelpWindow: host_.OpenDialog(DialogId::HelpWindow); break;
     case Command::About: host_.OpenDialog(DialogId::About); break;
+    case Command::ToggleHexTextCLayout: app_.SetSaveTextHexCArray(!app_.SaveTextHexCArray()); break;
+    case Command::ToggleFavorLowMemory: app_.SetFavorLowMemory(!app_.FavorLowMemory()); break;
+    case Command::ToggleAppLog: app_.SetAppLogEnabled(!app_.AppLogEnabled()); break;
+    case Command::ToggleFormatLog: app_.SetFormatLogEnabled(!app_.FormatLogEnabled()); break;
     case Command::Exit:
       host_.DestroyWindow();
       return;
@@ -575,7 +584,7 @@ void CViewerController::OnRightUp(ScreenPoint) {
 }
 
 void CViewerController::OnDrop(const std::vector<std::string>& paths) {
-  for (const std::string& path : paths) app_.OpenImage(path);
+  OpenDroppedFiles(app_, paths);
   OnImagesChanged();
 }
 
@@ -597,7 +606,12 @@ void CViewerController::ShowStatusMessage(std::string_view text) {
 }
 
 void CViewerController::OnTimer(TimerId id) {
-  if (id != TimerId::Status) return;  // file watch and markers come with their features
+  if (id == TimerId::FileWatch) {
+    // A running operation is writing images: the round waits for the next tick.
+    if (!Busy() && RunFileWatchRound(app_, host_, settings_.reload_keeps_format)) OnImagesChanged();
+    return;
+  }
+  if (id != TimerId::Status) return;  // markers come with their features
   if (state_.message.showing && !state_.message.Tick()) return;
   host_.StopTimer(TimerId::Status);
   UpdateStatus();
@@ -639,6 +653,8 @@ void CViewerController::UpdateMenuChecks() {
       {Command::ToggleAutoNaming, app_.AutoFileNaming()},
       {Command::ToggleHexTextCLayout, app_.SaveTextHexCArray()},
       {Command::ToggleFavorLowMemory, app_.FavorLowMemory()},
+      {Command::ToggleAppLog, app_.AppLogEnabled()},
+      {Command::ToggleFormatLog, app_.FormatLogEnabled()},
   };
   menus_set_ = true;
   for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);

@@ -60,6 +60,8 @@ class CViewerController {
   // renditions of the drawn images, and clears view-dirty.
   const FramePlan& PrepareFrame();
   const ViewerState& State() const { return state_; }
+  // A long operation runs: the window shows its last frame and takes no input.
+  bool Busy() const;
   // The scroll bars as last sent to the host.
   const ScrollBarState& HorizontalBar() const { return h_bar_; }
   const ScrollBarState& VerticalBar() const { return v_bar_; }

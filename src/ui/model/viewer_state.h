@@ -24,6 +24,8 @@ struct ViewerSettings {
   bool value_comma = false;
   std::vector<Rgb> ruler_colors;  // empty: red
   RulerSettings ruler_settings;
+  bool watch_files = true;          // timer 2 polls for files changed outside
+  bool reload_keeps_format = true;  // the reload question's check box at first
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };

@@ -44,6 +44,10 @@ ScreenPoint CCanvas::DevicePoint(const QPointF& position) const {
 void CCanvas::paintEvent(QPaintEvent*) {
   if (controller_ == nullptr) return;
   const qreal dpr = devicePixelRatioF();
+  if (controller_->Busy()) {
+    PaintLastFrame(dpr);
+    return;
+  }
   renderer_.SetDevicePixelRatio(dpr);
   const FramePlan& plan = controller_->PrepareFrame();
   const QSize area(std::max(0, plan.area.Width()), std::max(0, plan.area.Height()));
@@ -51,8 +55,17 @@ void CCanvas::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   // The plan is in device pixels; drawing at 1/dpr keeps the blit 1:1.
   painter.scale(1.0 / dpr, 1.0 / dpr);
+  base_origin_ = {plan.area.left, plan.area.top};
   if (!base_.isNull()) painter.drawImage(QPoint(plan.area.left, plan.area.top), base_);
   renderer_.DrawOverlay(plan, painter);
+}
+
+// Images are being written: no rendition may be built, the last base serves.
+void CCanvas::PaintLastFrame(qreal dpr) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::black);
+  painter.scale(1.0 / dpr, 1.0 / dpr);
+  if (!base_.isNull()) painter.drawImage(QPoint(base_origin_.x, base_origin_.y), base_);
 }
 
 void CCanvas::resizeEvent(QResizeEvent* event) {

@@ -38,10 +38,12 @@ class CCanvas final : public QWidget {
 
  private:
   ScreenPoint DevicePoint(const QPointF& position) const;
+  void PaintLastFrame(qreal dpr);
 
   CFrameRenderer& renderer_;
   CViewerController* controller_ = nullptr;
   QImage base_;
+  ScreenPoint base_origin_{0, 0};
   int wheel_remainder_ = 0;
 };
 

@@ -311,6 +311,11 @@ void CMainWindow::DestroyWindow() {
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event) {
+  // An operation is writing images; it ends first.
+  if (controller_->Busy()) {
+    event->ignore();
+    return;
+  }
   if (destroying_ || controller_->RequestClose()) {
     event->accept();
     return;

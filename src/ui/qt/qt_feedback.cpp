@@ -1,5 +1,7 @@
 #include "ui/qt/qt_feedback.h"
 
+#include <QFile>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QString>
 #include <cstdio>
@@ -60,5 +62,23 @@ void CQtFeedback::ImagesMenuChanged(const std::vector<MenuEntry>& entries, std::
 void CQtFeedback::HasImagesChanged(bool has_images) { window_.ShowHasImages(has_images); }
 
 void CQtFeedback::RequestRepaint() { window_.Repaint(); }
+
+bool CQtFeedback::AskSaveFileName(std::string_view suggested, std::string& path) {
+  // "*" rather than "*.*": on Linux the latter hides files without a dot.
+  // The core asks the overwrite question itself.
+  const QString chosen = QFileDialog::getSaveFileName(window_.DialogParent(), QString(),
+                                                      QFile::decodeName(QByteArray(suggested.data(), static_cast<qsizetype>(suggested.size()))),
+                                                      "All Files (*)", nullptr, QFileDialog::DontConfirmOverwrite);
+  if (chosen.isEmpty()) return false;
+  path = QFile::encodeName(chosen).toStdString();
+  return true;
+}
+
+void CQtFeedback::Progress(std::string_view, uint32_t percent) { runner_.SetPercent(percent); }
+
+void CQtFeedback::RunLongOperation(std::string_view title, const std::function<void()>& run,
+                                   const std::function<void()>& cancel) {
+  runner_.Run(window_.DialogParent(), ToQString(title), run, cancel);
+}
 
 }  // namespace korvanel

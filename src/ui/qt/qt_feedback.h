@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/user_feedback.h"
+#include "ui/qt/progress_runner.h"
 
 class QWidget;
 
@@ -18,8 +19,8 @@ class IFeedbackWindow {
 };
 
 // The core's feedback while the window exists: modal boxes with their
-// captions, Yes/No questions, and the view notifications handed to the
-// window. Batch errors still go to standard output, as without a window.
+// captions, Yes/No questions, the save-file dialog, long operations with
+// their progress window, and the view notifications handed to the window. Batch errors still go to standard output, as without a window.
 class CQtFeedback final : public IUserFeedback {
  public:
   explicit CQtFeedback(IFeedbackWindow& window) : window_(window) {}
@@ -31,9 +32,17 @@ class CQtFeedback final : public IUserFeedback {
   void ImagesMenuChanged(const std::vector<MenuEntry>& entries, std::optional<size_t> checked) override;
   void HasImagesChanged(bool has_images) override;
   void RequestRepaint() override;
+  bool AskSaveFileName(std::string_view suggested, std::string& path) override;
+  // Called on the progress thread.
+  void Progress(std::string_view title, uint32_t percent) override;
+  void RunLongOperation(std::string_view title, const std::function<void()>& run,
+                        const std::function<void()>& cancel) override;
+
+  CProgressRunner& Runner() { return runner_; }
 
  private:
   IFeedbackWindow& window_;
+  CProgressRunner runner_;
 };
 
 }  // namespace korvanel

@@ -1,0 +1,214 @@
+// The window's shell duties: the exit prompt, dropped files, and staying
+// still while a long operation runs.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QUrl>
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app/app_state.h"
+#include "app/configuration.h"
+#include "app/feedback_progress.h"
+#include "app/feedback_relay.h"
+#include "ops/job_runner.h"
+#include "support/recording_feedback.h"
+#include "support/temp_dir.h"
+#include "ui/model/viewer_controller.h"
+#include "ui/qt/canvas.h"
+#include "ui/qt/main_window.h"
+
+namespace korvanel {
+namespace {
+
+using namespace std::chrono_literals;
+
+// "*.y8" files are 4 x 2 grey images, "*.q8" files 2 x 2.
+class ShellOpsTest : public ::testing::Test {
+ protected:
+  ShellOpsTest() {
+    app.ApplyConfiguration(config);
+    app.SetOpenRawPrompt(false);
+    EXPECT_TRUE(app.LoadFormats(dir.Write("rules.fmt",
+                                          "<format_group>\nfile_pattern = [.*\\.y8]\nwidth = 4\nheight = 2\n"
+                                          "format = [],P,Y,8\n</format_group>\n<format_group>\nfile_pattern = "
+                                          "[.*\\.q8]\nwidth = 2\nheight = 2\nformat = [],P,Y,8\n</format_group>\n")
+                                    .string()));
+    window = std::make_unique<CMainWindow>(app, config);
+    window->resize(640, 480);
+    window->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  }
+  ~ShellOpsTest() override {
+    relay.SetTarget(console);
+    window.reset();
+    app.CloseAllImages();
+  }
+  std::string File(const std::string& name, size_t bytes) { return dir.Write(name, std::string(bytes, 'x')).string(); }
+  void Drop(const QList<QUrl>& urls) {
+    QMimeData mime;
+    mime.setUrls(urls);
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    drag_accepted = enter.isAccepted();
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &drop);
+  }
+  static QUrl Local(const std::string& path) { return QUrl::fromLocalFile(QString::fromStdString(path)); }
+
+  test::TempDir dir;
+  ConfigValues config = CConfiguration(std::filesystem::temp_directory_path()).Values();
+  // Questions and messages land here unless a test hands them to the window.
+  test::RecordingFeedback console;
+  CFeedbackRelay relay{console};
+  AppState app{relay};
+  std::unique_ptr<CMainWindow> window;
+  bool drag_accepted = false;
+};
+
+TEST_F(ShellOpsTest, ClosingTheWindowAsksByTheCloseSetting) {
+  struct Case {
+    const char* name;
+    CloseOption option;
+    bool unsaved_image;
+    bool answer;
+    std::vector<std::string> questions;
+    bool closes;
+  };
+  const std::string sure = "[App exit]: Are you sure to want to exit?";
+  const std::string created = "[App exit]: Some images were created but weren't saved! Confirm exit?";
+  const Case cases[] = {
+      {"never", CloseOption::Never, true, false, {}, true},
+      {"always, no", CloseOption::Always, false, false, {sure}, false},
+      {"always, yes", CloseOption::Always, false, true, {sure}, true},
+      {"nothing created", CloseOption::NewCreatedImage, false, false, {}, true},
+      {"created, no", CloseOption::NewCreatedImage, true, false, {created}, false},
+      {"created, yes", CloseOption::NewCreatedImage, true, true, {created}, true},
+  };
+  const std::string source = File("a.y8", 8);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    app.CloseAllImages();
+    ASSERT_TRUE(app.OpenImage(source));
+    if (c.unsaved_image) ASSERT_TRUE(app.NewImageFromView());
+    app.SetCloseOption(c.option);
+    console.questions.clear();
+    console.answer = c.answer;
+    window->show();
+    window->close();
+    EXPECT_EQ(console.questions, c.questions);
+    EXPECT_EQ(window->isVisible(), !c.closes);
+  }
+}
+
+TEST_F(ShellOpsTest, FileExitNeverAsks) {
+  ASSERT_TRUE(app.OpenImage(File("a.y8", 8)));
+  ASSERT_TRUE(app.NewImageFromView());
+  app.SetCloseOption(CloseOption::Always);
+  console.answer = false;
+  window->ActionFor(Command::Exit)->trigger();
+  EXPECT_TRUE(console.questions.empty());
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(ShellOpsTest, DroppingTwoEqualFilesComparesAndDiffsThem) {
+  Drop({Local(File("a.y8", 8)), Local(File("b.y8", 8))});
+  EXPECT_TRUE(drag_accepted);
+  ASSERT_EQ(app.Images().Count(), 3u);
+  EXPECT_TRUE(app.CompareMode());
+  EXPECT_EQ(app.Images().At(2).display_name, "Diff_a.y8 <--> b.y8");
+}
+
+TEST_F(ShellOpsTest, DroppedBadInputOpensNothingAndSaysWhy) {
+  // A remote address is not even accepted for the drag.
+  Drop({QUrl("http://example.invalid/a.y8")});
+  EXPECT_FALSE(drag_accepted);
+  EXPECT_TRUE(app.Images().Empty());
+
+  std::filesystem::create_directory(dir / "folder.y8");
+  const std::string fifo = (dir / "pipe.y8").string();
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  const std::string a = File("a.y8", 8);
+  Drop({Local((dir / "folder.y8").string()), Local(fifo), Local(a), Local(a)});
+  EXPECT_EQ(app.Images().Count(), 1u) << "the same file twice opens once";
+  EXPECT_EQ(console.messages,
+            (std::vector<std::string>{"[File doesn't exist]: Can't locate " + (dir / "folder.y8").string(),
+                                      "[File doesn't exist]: Can't locate " + fifo}));
+
+  // Two equal files dropped onto 19 open images: the 21st is refused and no
+  // diff follows.
+  for (int i = 0; i < 18; ++i) ASSERT_TRUE(app.OpenImage(File("n" + std::to_string(i) + ".y8", 8)));
+  console.messages.clear();
+  Drop({Local(File("b.y8", 8)), Local(File("c.y8", 8))});
+  EXPECT_EQ(app.Images().Count(), 20u);
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_EQ(console.messages, std::vector<std::string>{"[Open image error]: Too many open images, reached a max of 20"});
+}
+
+// Runs until cancelled, or gives up after a while so a broken cancel fails
+// the test instead of hanging it.
+class WaitForCancelJob : public IImageProcessorThread {
+ public:
+  bool Run() override {
+    const auto give_up = std::chrono::steady_clock::now() + 5s;
+    while (!CancelRequested(flag_) && std::chrono::steady_clock::now() < give_up) std::this_thread::sleep_for(2ms);
+    cancelled = CancelRequested(flag_);
+    return true;
+  }
+  void SetCancelFlag(const CancelFlag* flag) override { flag_ = flag; }
+  std::atomic<bool> cancelled{false};
+
+ private:
+  const CancelFlag* flag_ = nullptr;
+};
+
+TEST_F(ShellOpsTest, WhileAnOperationRunsInputAndClosingAreIgnoredAndCancelStopsIt) {
+  relay.SetTarget(window->Feedback());
+  ASSERT_TRUE(app.OpenImage(File("a.y8", 8)));
+  JobRunner& jobs = app.Jobs();
+  if (jobs.Pool() == nullptr) GTEST_SKIP() << "no worker pool on this machine";
+  const QString zoom_before = window->StatusTexts()[kStatusZoomPart];
+
+  WaitForCancelJob job;
+  CFeedbackProgress progress(app.Feedback());
+  progress.Start("Save image", 100);
+  jobs.SetJobs({&job});
+  jobs.SetProgressSink(&progress);
+
+  bool busy_seen = false;
+  QString title;
+  QTimer poll;
+  QObject::connect(&poll, &QTimer::timeout, [&] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (modal == nullptr || !title.isEmpty()) return;
+    title = modal->windowTitle();
+    busy_seen = window->Controller().Busy();
+    QTest::keyClick(&window->Canvas(), Qt::Key_Plus, Qt::KeypadModifier);
+    window->close();
+    QTest::mouseClick(modal->findChild<QPushButton*>(), Qt::LeftButton);
+  });
+  poll.start(20);
+  const bool completed = jobs.RunJobs();
+  poll.stop();
+  jobs.SetProgressSink(nullptr);
+
+  EXPECT_EQ(title, "Save image");
+  EXPECT_TRUE(busy_seen);
+  EXPECT_FALSE(completed);
+  EXPECT_TRUE(job.cancelled.load());
+  EXPECT_FALSE(window->Controller().Busy());
+  EXPECT_EQ(window->StatusTexts()[kStatusZoomPart], zoom_before) << "the zoom key was ignored";
+  EXPECT_TRUE(window->isVisible()) << "the close request was ignored";
+}
+
+}  // namespace
+}  // namespace korvanel
