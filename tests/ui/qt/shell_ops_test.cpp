@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 
 #include <QAction>
+#include <QCheckBox>
+#include <QMessageBox>
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QPushButton>
+#include <QSysInfo>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
@@ -26,6 +29,7 @@
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
 #include "ui/qt/main_window.h"
+#include "ui/qt/modal_answer.h"
 
 namespace korvanel {
 namespace {
@@ -99,7 +103,9 @@ TEST_F(ShellOpsTest, ClosingTheWindowAsksByTheCloseSetting) {
     SCOPED_TRACE(c.name);
     app.CloseAllImages();
     ASSERT_TRUE(app.OpenImage(source));
-    if (c.unsaved_image) ASSERT_TRUE(app.NewImageFromView());
+    if (c.unsaved_image) {
+      ASSERT_TRUE(app.NewImageFromView());
+    }
     app.SetCloseOption(c.option);
     console.questions.clear();
     console.answer = c.answer;
@@ -107,6 +113,71 @@ TEST_F(ShellOpsTest, ClosingTheWindowAsksByTheCloseSetting) {
     window->close();
     EXPECT_EQ(console.questions, c.questions);
     EXPECT_EQ(window->isVisible(), !c.closes);
+  }
+}
+
+TEST_F(ShellOpsTest, TheExitQuestionIsAYesNoBoxTitledAppExit) {
+  relay.SetTarget(window->Feedback());
+  app.SetCloseOption(CloseOption::Always);
+  QString text;
+  QString title;
+  test::AnswerNextMessageBox(QMessageBox::No, &text, &title);
+  window->close();
+  EXPECT_EQ(text, "Are you sure to want to exit?");
+  EXPECT_EQ(title, "App exit");
+  EXPECT_TRUE(window->isVisible());
+  test::AnswerNextMessageBox(QMessageBox::Yes);
+  window->close();
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(ShellOpsTest, TheModificationQuestionOffersFourAnswersAndTheCheckBox) {
+  struct Case {
+    const char* button;
+    bool untick;
+    ModifiedAnswer answer;
+  };
+  const Case cases[] = {
+      {"Yes", false, ModifiedAnswer::Yes},
+      {"Ignore", false, ModifiedAnswer::Ignore},
+      {"Yes to all", true, ModifiedAnswer::YesToAll},
+      {"Ignore all", true, ModifiedAnswer::IgnoreAll},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.button);
+    QString text;
+    QString title;
+    QString box_text;
+    test::AnswerNextModal([&](QWidget* modal) {
+      auto* box = qobject_cast<QMessageBox*>(modal);
+      ASSERT_NE(box, nullptr);
+      text = box->text();
+      title = box->windowTitle();
+      box_text = box->checkBox()->text();
+      if (c.untick) box->checkBox()->setChecked(false);
+      for (QAbstractButton* button : box->buttons()) {
+        if (button->text() == c.button) button->click();
+      }
+    });
+    bool keep = true;
+    EXPECT_EQ(window->AskFileModified("/data/a.raw", keep), c.answer);
+    EXPECT_EQ(keep, !c.untick);
+    EXPECT_EQ(text, "File /data/a.raw was modified outside.\nReload?");
+    EXPECT_EQ(title, "File Modification Notification");
+    EXPECT_EQ(box_text, "Try reloading with current image settings");
+  }
+}
+
+TEST_F(ShellOpsTest, AltSlashAndAltQuestionOpenAbout) {
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  const QString expected = QString("Korvanel, Version 1.4 (Stable)\n%1 (x64)\nDev Ver: 1.4.01054").arg(QSysInfo::prettyProductName());
+  for (Qt::Key key : {Qt::Key_Slash, Qt::Key_Question}) {
+    QString text;
+    test::AnswerNextMessageBox(QMessageBox::Ok, &text);
+    QTest::keyClick(window.get(), key, Qt::AltModifier);
+    QTest::qWait(50);
+    EXPECT_EQ(text, expected) << key;
   }
 }
 
