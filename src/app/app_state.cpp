@@ -298,11 +298,17 @@ void AppState::CloseImage(size_t index) {
       compare_mode_ = false;
       left_compare = true;
     }
-    std::erase(comparison_group_, index);
+    if (const auto member = std::ranges::find(comparison_group_, index);
+        member != comparison_group_.end()) {
+      RemoveGroupPosition(static_cast<size_t>(member - comparison_group_.begin()));
+    }
     for (size_t& member : comparison_group_) {
       if (member > index) --member;
     }
-    if (left_compare) comparison_group_.clear();
+    if (left_compare) {
+      comparison_group_.clear();
+      ResetLayers();
+    }
   }
   std::erase(collected_, index);
   for (size_t& member : collected_) {
@@ -333,6 +339,10 @@ void AppState::CloseImage(size_t index) {
   } else {
     if (focus_index_ == index) focus_index_ = comparison_group_.empty() ? 0 : comparison_group_[0];
     else if (focus_index_ != kNoIndex && focus_index_ > index) --focus_index_;
+    // In layer mode the focus image is the layer on show.
+    if (layer_mode_ && visible_layer_ < comparison_group_.size()) {
+      focus_index_ = comparison_group_[visible_layer_];
+    }
     feedback_.RequestRepaint();
   }
 }
@@ -345,6 +355,7 @@ void AppState::CloseAllImages() {
   comparison_group_.clear();
   collected_.clear();
   compare_mode_ = collecting_ = false;
+  ResetLayers();
   focus_index_ = hover_index_ = kNoIndex;
   images_menu_.clear();
   feedback_.ImagesMenuChanged(images_menu_, std::nullopt);
@@ -395,7 +406,11 @@ bool AppState::ReloadImage(size_t index, bool keep_format) {
   return true;
 }
 
-bool AppState::NewImageFromView() {
+bool AppState::NewImageFromView() { return NewImageFrom(true); }
+
+bool AppState::NewDuplicateFromView() { return NewImageFrom(false); }
+
+bool AppState::NewImageFrom(bool allow_crop) {
   if (images_.Empty()) return false;
   size_t source = hover_index_;
   if (source == kNoIndex || source >= images_.Count()) {
@@ -409,7 +424,7 @@ bool AppState::NewImageFromView() {
 
   const ImageRecord& record = images_.At(source);
   const Rect roi = record.image->GetRegionOfInterest();
-  const bool crop = !roi.IsNone() && roi.Contains(cursor_x_, cursor_y_);
+  const bool crop = allow_crop && !roi.IsNone() && roi.Contains(cursor_x_, cursor_y_);
   std::unique_ptr<IImageContainer> copy =
       record.image->Duplicate(crop ? DuplicateArea::RegionOfInterest : DuplicateArea::WholeImage);
   if (!copy) {
@@ -474,11 +489,17 @@ void AppState::BeginCollecting() {
   ShowCollectingStatus(collected_);
 }
 
+void AppState::EndCollecting() {
+  collecting_ = false;
+  collected_.clear();
+}
+
 void AppState::LeaveCompareMode() {
   compare_mode_ = false;
   collecting_ = false;
   comparison_group_.clear();
   collected_.clear();
+  ResetLayers();
   if (focus_index_ != kNoIndex) SetFocus(focus_index_);
 }
 
@@ -519,7 +540,63 @@ void AppState::StartComparing(std::vector<size_t> group) {
   collected_.clear();
   comparison_group_ = std::move(group);
   compare_mode_ = true;
+  ResetLayers();  // a new party starts side by side
   feedback_.RequestRepaint();
+}
+
+void AppState::RemoveFromComparison(size_t index) {
+  if (!compare_mode_) return;
+  const auto member = std::ranges::find(comparison_group_, index);
+  if (member == comparison_group_.end()) return;
+  RemoveGroupPosition(static_cast<size_t>(member - comparison_group_.begin()));
+  if (comparison_group_.size() < 2) {
+    LeaveCompareMode();
+    return;
+  }
+  if (focus_index_ == index) focus_index_ = comparison_group_[layer_mode_ ? visible_layer_ : 0];
+  feedback_.RequestRepaint();
+}
+
+// --- layer mode --------------------------------------------------------------
+
+void AppState::ResetLayers() {
+  layer_mode_ = false;
+  visible_layer_ = previous_layer_ = 0;
+}
+
+// The layers behind a removed group position move down one place; a layer
+// that was the removed one becomes the member that took its place.
+void AppState::RemoveGroupPosition(size_t position) {
+  comparison_group_.erase(comparison_group_.begin() + static_cast<std::ptrdiff_t>(position));
+  const size_t last = comparison_group_.empty() ? 0 : comparison_group_.size() - 1;
+  for (size_t* layer : {&visible_layer_, &previous_layer_}) {
+    if (*layer > position) --*layer;
+    *layer = std::min(*layer, last);
+  }
+}
+
+bool AppState::SetLayerMode(bool on) {
+  if (on && !compare_mode_) return false;
+  if (on == layer_mode_) return true;
+  layer_mode_ = on;
+  if (on) {
+    const auto focus = std::ranges::find(comparison_group_, focus_index_);
+    visible_layer_ = focus == comparison_group_.end()
+                         ? 0
+                         : static_cast<size_t>(focus - comparison_group_.begin());
+    previous_layer_ = visible_layer_;
+    if (!comparison_group_.empty()) focus_index_ = comparison_group_[visible_layer_];
+  }
+  feedback_.RequestRepaint();
+  return true;
+}
+
+bool AppState::SetVisibleLayer(size_t layer) {
+  if (!layer_mode_ || layer >= comparison_group_.size() || layer == visible_layer_) return false;
+  previous_layer_ = visible_layer_;
+  visible_layer_ = layer;
+  SetFocus(comparison_group_[layer]);
+  return true;
 }
 
 void AppState::ShowCollectingStatus(const std::vector<size_t>& collected) {

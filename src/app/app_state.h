@@ -83,6 +83,8 @@ class AppState {
   // file no longer loads, the old image stays and a message says so.
   bool ReloadImage(size_t index, bool keep_format);
   bool NewImageFromView();
+  // The same, always a full duplicate (File > New duplicate).
+  bool NewDuplicateFromView();
   // Refuses with the "Too many open images" message when the registry is full.
   bool CheckRoomForImage();
 
@@ -107,6 +109,24 @@ class AppState {
   const std::vector<size_t>& Collected() const { return collected_; }
   // Indices of the focus history, most recent first.
   std::vector<size_t> FocusHistory() const;
+  // Ends collecting without comparing: the collection is dropped, a running
+  // comparison stays as it is.
+  void EndCollecting();
+  // Takes the image at registry `index` out of the comparison group; with
+  // fewer than two left, compare mode ends.
+  void RemoveFromComparison(size_t index);
+
+  // --- layer mode: the comparison group shown one image at a time ----------
+  bool LayerMode() const { return layer_mode_; }
+  // Refused (false) outside compare mode. Turning it on shows the focus
+  // image's layer, or the first.
+  bool SetLayerMode(bool on);
+  // Positions within the comparison group.
+  size_t VisibleLayer() const { return visible_layer_; }
+  size_t PreviousLayer() const { return previous_layer_; }
+  // Shows the group member at `layer` and focuses it; the layer shown so far
+  // becomes the previous one. False when out of range or already shown.
+  bool SetVisibleLayer(size_t layer);
 
   // --- unsaved results and exit --------------------------------------------
   void MarkCreatedUnsaved(const IImageContainer* image);
@@ -181,6 +201,9 @@ class AppState {
   void StartComparing(std::vector<size_t> group);
   std::vector<size_t> GatherLike(size_t anchor) const;
   void ShowCollectingStatus(const std::vector<size_t>& collected);
+  bool NewImageFrom(bool allow_crop);
+  void ResetLayers();
+  void RemoveGroupPosition(size_t position);
   void ForgetSerial(uint64_t serial);
   uint64_t SerialOf(const IImageContainer* image) const;
 
@@ -196,6 +219,9 @@ class AppState {
   std::vector<size_t> comparison_group_;
   bool collecting_ = false;
   std::vector<size_t> collected_;
+  bool layer_mode_ = false;
+  size_t visible_layer_ = 0;
+  size_t previous_layer_ = 0;
   uint32_t max_comparison_party_ = 6;
   std::deque<uint64_t> focus_history_;  // serials, most recent first
   std::vector<uint64_t> unsaved_created_;

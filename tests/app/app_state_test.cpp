@@ -244,6 +244,116 @@ TEST_F(AppStateTest, ClosingAMemberOfALargerGroupShiftsTheGroup) {
   EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 1, 2}));
 }
 
+TEST_F(AppStateTest, NewDuplicateNeverCrops) {
+  AddGray("/x/cam.raw", 64, 64);
+  ASSERT_TRUE(app.Images().At(0).image->SetRegionOfInterest({10, 20, 19, 29}));
+  app.SetHover(0, 12, 22);
+  ASSERT_TRUE(app.NewDuplicateFromView());
+  EXPECT_EQ(app.Images().At(1).display_name, "New_Copy_cam.raw");
+}
+
+TEST_F(AppStateTest, LayerModeIsRefusedOutsideCompareMode) {
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  EXPECT_FALSE(app.SetLayerMode(true));
+  EXPECT_FALSE(app.LayerMode());
+  EXPECT_TRUE(app.SetLayerMode(false));
+
+  app.SetFocus(1);
+  app.CompareImages({0, 1, 2});
+  ASSERT_TRUE(app.SetLayerMode(true));
+  EXPECT_TRUE(app.LayerMode());
+  EXPECT_EQ(app.VisibleLayer(), 1u);  // the focus image's layer
+  EXPECT_EQ(app.PreviousLayer(), 1u);
+  EXPECT_FALSE(app.SetVisibleLayer(1));  // already shown
+  EXPECT_FALSE(app.SetVisibleLayer(3));  // no such layer
+  ASSERT_TRUE(app.SetVisibleLayer(2));
+  EXPECT_EQ(app.VisibleLayer(), 2u);
+  EXPECT_EQ(app.PreviousLayer(), 1u);
+  EXPECT_EQ(app.FocusIndex(), 2u);
+
+  app.LeaveCompareMode();
+  EXPECT_FALSE(app.LayerMode());
+  EXPECT_EQ(app.VisibleLayer(), 0u);
+  EXPECT_FALSE(app.SetVisibleLayer(1));
+}
+
+TEST_F(AppStateTest, ANewComparisonStartsSideBySide) {
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  app.CompareImages({0, 1, 2});
+  ASSERT_TRUE(app.SetLayerMode(true));
+  app.CompareImages({1, 2});
+  EXPECT_FALSE(app.LayerMode());
+  EXPECT_EQ(app.VisibleLayer(), 0u);
+}
+
+// Layers are positions in the group: closing or removing a member keeps the
+// image on show where it can, and leaving compare mode ends layer mode.
+TEST_F(AppStateTest, LayersFollowTheGroupWhenMembersGo) {
+  struct Case {
+    const char* name;
+    size_t visible;         // layer shown before
+    size_t previous;        // the layer before that
+    bool close;             // CloseImage, else RemoveFromComparison
+    size_t index;           // the image that goes
+    size_t want_visible;
+    size_t want_previous;
+    std::string want_focus;  // display name of the focus image
+  };
+  const Case cases[] = {
+      {"close below the shown layer", 3, 1, true, 0, 2, 0, "d"},
+      {"close the shown layer", 1, 3, true, 1, 1, 2, "c"},
+      {"close the last, shown layer", 3, 0, true, 3, 2, 0, "c"},
+      {"remove below the shown layer", 2, 0, false, 1, 1, 0, "c"},
+      {"remove the shown layer", 2, 3, false, 2, 2, 2, "d"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    app.CloseAllImages();
+    for (const char* n : {"a", "b", "c", "d"}) AddGray(n);
+    app.CompareImages({0, 1, 2, 3});
+    ASSERT_TRUE(app.SetLayerMode(true));
+    app.SetVisibleLayer(c.previous);
+    app.SetVisibleLayer(c.visible);
+    if (c.close) {
+      app.CloseImage(c.index);
+    } else {
+      app.RemoveFromComparison(c.index);
+    }
+    EXPECT_TRUE(app.LayerMode());
+    EXPECT_EQ(app.ComparisonGroup().size(), 3u);
+    EXPECT_EQ(app.VisibleLayer(), c.want_visible);
+    EXPECT_EQ(app.PreviousLayer(), c.want_previous);
+    EXPECT_EQ(app.Images().At(app.FocusIndex()).display_name, c.want_focus);
+  }
+}
+
+TEST_F(AppStateTest, RemovingFromThePartyKeepsTheImageOpen) {
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  app.CompareImages({0, 1, 2});
+  app.SetFocus(1);
+  app.RemoveFromComparison(1);
+  EXPECT_EQ(app.Images().Count(), 3u);
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 2}));
+  EXPECT_EQ(app.FocusIndex(), 0u);
+  app.RemoveFromComparison(1);  // not a member
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 2}));
+  app.RemoveFromComparison(2);  // one left: no comparison
+  EXPECT_FALSE(app.CompareMode());
+  EXPECT_TRUE(app.ComparisonGroup().empty());
+}
+
+TEST_F(AppStateTest, EndingCollectionLeavesARunningComparisonAlone) {
+  for (const char* n : {"a", "b", "c"}) AddGray(n);
+  app.CompareImages({0, 1});
+  app.BeginCollecting();
+  app.CollectForCompare(2);
+  app.EndCollecting();
+  EXPECT_FALSE(app.Collecting());
+  EXPECT_TRUE(app.Collected().empty());
+  EXPECT_TRUE(app.CompareMode());
+  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 1}));
+}
+
 TEST_F(AppStateTest, ExitPromptFollowsTheCloseOption) {
   AddGray("a");
   app.SetCloseOption(CloseOption::Never);

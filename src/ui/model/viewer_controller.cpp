@@ -5,11 +5,17 @@
 #include <cstdlib>
 
 #include "app/app_state.h"
+#include "app/filter_command.h"
 #include "ops/job_runner.h"
 #include "ui/model/dropped_files.h"
 #include "ui/model/file_watch.h"
+#include "ui/model/collect_phase.h"
+#include "ui/model/diff_commands.h"
+#include "ui/model/image_commands.h"
 #include "ui/model/key_tables.h"
 #include "ui/model/menu_table.h"
+#include "ui/model/save_phase.h"
+#include "ui/model/tab_hits.h"
 #include "ui/model/text_metrics.h"
 
 namespace korvanel {
@@ -24,6 +30,8 @@ inline constexpr int32_t kCloseBoxSize = 20;
 // Without text metrics values show from this ZF (the manual's figure).
 inline constexpr uint32_t kValuesFromZoom = 15;
 inline constexpr Rgb kDefaultRulerColor{255, 0, 0};
+inline constexpr std::string_view kPhaseBusyText =
+    "Another input is in progress: finish it, or press Esc to cancel it";
 
 struct ValueFormat {
   bool one_component;
@@ -126,11 +134,6 @@ void CViewerController::SyncViews() {
       state_.layout_dirty = state_.view_dirty = true;
     }
   }
-  if (!app_.CompareMode()) state_.layer.on = false;
-  const std::vector<size_t> party = PartyIndices();
-  if (state_.layer.visible >= party.size()) state_.layer.visible = 0;
-  if (state_.layer.previous >= party.size()) state_.layer.previous = 0;
-
   DrawnSet drawn{CurrentLayoutMode(), {}};
   for (size_t index : DrawnIndices()) drawn.serials.push_back(images.At(index).serial);
   if (drawn != drawn_) {
@@ -158,13 +161,13 @@ std::vector<size_t> CViewerController::PartyIndices() const {
 
 LayoutMode CViewerController::CurrentLayoutMode() const {
   if (!app_.CompareMode()) return LayoutMode::Single;
-  return state_.layer.on ? LayoutMode::Layer : LayoutMode::SideBySide;
+  return app_.LayerMode() ? LayoutMode::Layer : LayoutMode::SideBySide;
 }
 
 std::vector<size_t> CViewerController::DrawnIndices() const {
   std::vector<size_t> party = PartyIndices();
   if (CurrentLayoutMode() != LayoutMode::Layer || party.empty()) return party;
-  return {party[std::min(state_.layer.visible, party.size() - 1)]};
+  return {party[std::min(app_.VisibleLayer(), party.size() - 1)]};
 }
 
 ImageView* CViewerController::ViewAt(size_t index) {
@@ -198,6 +201,7 @@ void CViewerController::OnResize(ScreenSize client, int32_t status_height) {
   SyncViews();
   Relayout();
   if (!menus_set_) UpdateMenuChecks();  // the first resize comes with the first show
+  ShowStartTexts();
   UpdateStatus();
   Repaint();
 }
@@ -205,7 +209,14 @@ void CViewerController::OnResize(ScreenSize client, int32_t status_height) {
 void CViewerController::OnFirstShow() {
   SyncViews();
   UpdateMenuChecks();
+  ShowStartTexts();
   UpdateStatus();
+}
+
+void CViewerController::ShowStartTexts() {
+  if (start_texts_shown_) return;
+  start_texts_shown_ = true;
+  ShowDiffType(app_);
 }
 
 void CViewerController::EnsureLayout() {
@@ -315,7 +326,7 @@ void CViewerController::CycleImage(bool forward) {
   if (mode == LayoutMode::Layer) {
     const size_t n = PartyIndices().size();
     if (n == 0) return;
-    SetVisibleLayer((state_.layer.visible + (forward ? 1 : n - 1)) % n);
+    app_.SetVisibleLayer((app_.VisibleLayer() + (forward ? 1 : n - 1)) % n);
     return;
   }
   const size_t n = app_.Images().Count();
@@ -324,21 +335,18 @@ void CViewerController::CycleImage(bool forward) {
   app_.SetFocus((focus + (forward ? 1 : n - 1)) % n);
 }
 
-void CViewerController::SetVisibleLayer(size_t layer) {
-  const std::vector<size_t> party = PartyIndices();
-  if (layer >= party.size() || layer == state_.layer.visible) return;
-  state_.layer.previous = state_.layer.visible;
-  state_.layer.visible = layer;
-  app_.SetFocus(party[layer]);
-}
-
 void CViewerController::SelectSlot(uint32_t slot) {
   const size_t index = slot - 1;
+  if (ActivePhase() == InputPhaseKind::Collect && app_.Collecting()) {
+    app_.CollectForCompare(index);
+    DropEndedPhase();
+    return;
+  }
   if (index >= app_.Images().Count()) return;
   if (CurrentLayoutMode() == LayoutMode::Layer) {
     const std::vector<size_t> party = PartyIndices();
     const auto it = std::ranges::find(party, index);
-    if (it != party.end()) SetVisibleLayer(static_cast<size_t>(it - party.begin()));
+    if (it != party.end()) app_.SetVisibleLayer(static_cast<size_t>(it - party.begin()));
     return;
   }
   app_.SetFocus(index);
@@ -346,7 +354,7 @@ void CViewerController::SelectSlot(uint32_t slot) {
 
 void CViewerController::BackKey() {
   if (CurrentLayoutMode() == LayoutMode::Layer) {
-    SetVisibleLayer(state_.layer.previous);
+    app_.SetVisibleLayer(app_.PreviousLayer());
     return;
   }
   for (size_t index : app_.FocusHistory()) {
@@ -357,21 +365,23 @@ void CViewerController::BackKey() {
   }
 }
 
+// The menu item asks the state, which refuses outside compare mode.
 void CViewerController::ToggleLayerMode() {
-  if (!app_.CompareMode()) return;
-  state_.layer.on = !state_.layer.on;
-  if (state_.layer.on) {
-    const std::vector<size_t> party = PartyIndices();
-    const auto it = std::ranges::find(party, app_.FocusIndex());
-    state_.layer.visible = it == party.end() ? 0 : static_cast<size_t>(it - party.begin());
-    state_.layer.previous = state_.layer.visible;
+  if (app_.SetLayerMode(!app_.LayerMode())) MarkDirty();
+}
+
+// The L key says why nothing happens outside compare mode.
+void CViewerController::LayerModeKey() {
+  if (!app_.CompareMode()) {
+    app_.StatusMessage("Layer mode can only be activated when in Compare mode");
+    return;
   }
-  MarkDirty();
+  ToggleLayerMode();
 }
 
 void CViewerController::OnWindowMenu(size_t index) {
   if (index >= app_.Images().Count()) return;
-  state_.layer.on = false;
+  app_.SetLayerMode(false);
   app_.SetFocus(index);
   SyncViews();
   UpdateStatus();
@@ -440,8 +450,8 @@ void CViewerController::Escape() {
   if (state_.help_visible) {
     state_.help_visible = false;
     state_.view_dirty = true;
-  } else if (!CancelPhase() && state_.layer.on) {
-    state_.layer.on = false;
+  } else if (!CancelPhase() && app_.LayerMode()) {
+    app_.SetLayerMode(false);
     MarkDirty();
   }
 }
@@ -476,10 +486,37 @@ void CViewerController::ApplyPhaseStep(PhaseStep step) {
   if (step.done) phase_.reset();
   if (!step.message.empty()) {
     ShowStatusMessage(step.message);
-  } else {
-    state_.message.showing = false;  // typing shows the prompt again
-    UpdateStatus();
+    return;
   }
+  // Typing shows the prompt again; a finished phase leaves what its work
+  // reported on show.
+  if (phase_) state_.message.showing = false;
+  UpdateStatus();
+}
+
+// Collecting runs in the registry: its phase is over when that stops.
+void CViewerController::DropEndedPhase() {
+  if (ActivePhase() == InputPhaseKind::Collect && !app_.Collecting()) phase_.reset();
+}
+
+void CViewerController::CompareStart() {
+  if (ActivePhase() == InputPhaseKind::Collect) {
+    static_cast<CCollectPhase&>(*phase_).EndByKey();
+    DropEndedPhase();
+    return;
+  }
+  auto phase = std::make_unique<CCollectPhase>(app_);
+  CCollectPhase& collect = *phase;
+  if (StartPhase(std::move(phase), kPhaseBusyText)) collect.Begin();
+}
+
+void CViewerController::CompareAll() {
+  CollectAllLike(app_);
+  DropEndedPhase();
+}
+
+void CViewerController::StartSavePhase() {
+  StartPhase(std::make_unique<CSavePhase>(app_), kPhaseBusyText);
 }
 
 void CViewerController::PasteIntoPhase() {
@@ -497,6 +534,7 @@ void CViewerController::OnKey(const KeyInput& key) {
       return;
     }
   }
+  if (key.key == Key::Control) MarkCloseBoxes(true);  // no move comes with the key
   const Command command = CommandForKey(key, HasImages(), state_.help_visible);
   if (command != Command::None) Execute(command);
 }
@@ -549,6 +587,7 @@ void CViewerController::Execute(Command command) {
     case Command::ToggleRulerMatrix: ToggleRulerType(); break;
     case Command::NextRulerColor: NextRulerColor(); break;
     case Command::ToggleLayerMode: ToggleLayerMode(); break;
+    case Command::LayerModeKey: LayerModeKey(); break;
     case Command::NextImage: CycleImage(true); break;
     case Command::PreviousImage: CycleImage(false); break;
     case Command::BackKey: BackKey(); break;
@@ -578,6 +617,52 @@ void CViewerController::Execute(Command command) {
     case Command::Exit:
       host_.DestroyWindow();
       return;
+    case Command::CompareStart:
+      if (images) CompareStart();
+      break;
+    case Command::CompareAll:
+      if (images) CompareAll();
+      break;
+    case Command::SaveViaCommand:
+      if (images) StartSavePhase();
+      break;
+    case Command::NewDuplicate: app_.NewDuplicateFromView(); break;
+    case Command::DuplicateOrCrop: app_.NewImageFromView(); break;
+    case Command::SaveOriginalRaw:
+    case Command::SaveBinaryPlanner:
+    case Command::SaveBinaryInterleave:
+    case Command::SaveBinaryPlannerBe:
+    case Command::SaveBinaryInterleaveBe:
+    case Command::SaveTextOriginal:
+    case Command::SaveTextPlanner:
+    case Command::SaveTextInterleave:
+    case Command::SaveHexOriginal:
+    case Command::SaveHexPlanner:
+    case Command::SaveHexInterleave:
+    case Command::SaveHexPlannerBe:
+    case Command::SaveHexInterleaveBe: SaveForCommand(app_, command); break;
+    case Command::SaveStatistics: SaveStatisticsContext(app_, ImageUnderCursor()); break;
+    case Command::ExportPng: ExportPngContext(app_, ImageUnderCursor()); break;
+    case Command::ToggleAutoNaming: app_.SetAutoFileNaming(!app_.AutoFileNaming()); break;
+    case Command::CloseImage: CloseContextImage(app_, ImageUnderCursor()); break;
+    case Command::CloseAll: CloseAllContext(app_); break;
+    case Command::Diff:
+      if (images) DiffParty(app_);
+      break;
+    case Command::CycleDiffType: CycleDiffType(app_); break;
+    case Command::DiffTypeAllBin:
+    case Command::DiffTypeMaskBin:
+    case Command::DiffTypeAllAbsDelta:
+    case Command::DiffTypeMaskAbsDelta: SelectDiffType(app_, command); break;
+    case Command::CopyImage:
+      CopyImageToClipboard(app_, host_, ImageOrFocus(app_, ImageUnderCursor()));
+      break;
+    case Command::CopyImagePath:
+      CopyPathToClipboard(app_, host_, ImageOrFocus(app_, ImageUnderCursor()));
+      break;
+    case Command::CopyContext: CopyContext(); break;
+    case Command::ClearFilter: ClearFilterCommand(app_, app_.FocusIndex()); break;
+    case Command::ReapplyFilter: last_filter_.Reapply(app_, app_.FocusIndex()); break;
     default:
       // Saving, comparing, operations, phases, histograms and the other
       // commands of the vocabulary are bound by the features that own them.
@@ -590,6 +675,23 @@ void CViewerController::Execute(Command command) {
 }
 
 // --- mouse, drop, close ----------------------------------------------------------
+
+// Ctrl+C: over a tab the image's path, else the image in context.
+void CViewerController::CopyContext() {
+  if (const size_t tab = TabUnderCursor(); tab != kNoIndex) {
+    CopyPathToClipboard(app_, host_, tab);
+    return;
+  }
+  CopyImageToClipboard(app_, host_, ContextImage(app_, ImageUnderCursor()));
+}
+
+// The image of the first drawn tab that holds the mouse, or kNoIndex.
+size_t CViewerController::TabUnderCursor() const {
+  for (const PanelPlan& panel : plan_.panels) {
+    if (panel.tab.rect.Contains(state_.cursor)) return panel.image_index;
+  }
+  return kNoIndex;
+}
 
 size_t CViewerController::ImageUnderCursor() const {
   const std::vector<size_t> drawn = DrawnIndices();
@@ -617,32 +719,74 @@ void CViewerController::UpdateTabHover() {
   if (!damage.empty()) host_.Invalidate(false, damage);
 }
 
-void CViewerController::OnMouseMove(ScreenPoint p, Modifiers) {
+void CViewerController::OnMouseMove(ScreenPoint p, Modifiers m) {
   SyncViews();  // an image set changed behind our back makes the view dirty
   if (!HasImages() || state_.help_visible || state_.view_dirty || p == state_.cursor) return;
   state_.cursor = p;
   app_.SetHover(ImageUnderCursor(), p.x, p.y);
+  MarkCloseBoxes(m.ctrl);
   UpdateTabHover();
+  ShowLayerUnderCursor();
 }
 
-// ROI selection and tab clicks come with the readout.
-void CViewerController::OnLeftDown(ScreenPoint, Modifiers) {
+// Ctrl held over a comparison of more than two turns the close boxes into
+// "O": a click then takes the image out of the party instead of closing it.
+void CViewerController::MarkCloseBoxes(bool ctrl) {
+  const std::vector<size_t> party = PartyIndices();
+  const bool remove = ctrl && app_.CompareMode() && party.size() > 2;
+  std::vector<ScreenRect> damage;
+  for (PanelPlan& panel : plan_.panels) {
+    ImageView* view = ViewAt(panel.image_index);
+    if (view == nullptr || view->tab.ctrl_remove == remove) continue;
+    view->tab.ctrl_remove = remove;
+    panel.tab.close_text = remove ? 'O' : 'X';
+    damage.push_back(panel.tab.close_box);
+  }
+  if (!damage.empty()) host_.Invalidate(false, damage);
+}
+
+// In layer mode the tab lists the party's HK numbers; hovering another
+// image's number shows that layer.
+void CViewerController::ShowLayerUnderCursor() {
+  if (!app_.LayerMode() || metrics_ == nullptr || plan_.panels.empty()) return;
+  std::vector<uint32_t> hk_ids;
+  for (size_t member : PartyIndices()) hk_ids.push_back(app_.Images().At(member).hk_id);
+  const std::optional<size_t> layer =
+      LayerNumberAt(plan_.panels.front().tab, state_.cursor, hk_ids, *metrics_);
+  if (!layer || !app_.SetVisibleLayer(*layer)) return;
+  MarkDirty();
+  UpdateStatus();
+  Repaint();
+}
+
+void CViewerController::OnLeftDown(ScreenPoint p, Modifiers m) {
   SyncViews();
   if (!HasImages() || state_.view_dirty) return;
-  if (CancelPhase()) Repaint();
+  const bool canceled = CancelPhase();
+  const size_t party = app_.CompareMode() ? PartyIndices().size() : 0;
+  if (ApplyTabHit(app_, HitTab(plan_.panels, p, m.ctrl, party))) {
+    OnImagesChanged();
+  } else if (canceled) {
+    Repaint();
+  }
 }
 
 void CViewerController::OnLeftUp(ScreenPoint) {}
 
-void CViewerController::OnRightUp(ScreenPoint) {
+void CViewerController::OnRightUp(ScreenPoint p) {
   if (state_.help_visible) {
     state_.help_visible = false;
     state_.view_dirty = true;
   } else {
     CancelPhase();
+    ClearRoiAt(p);
   }
   Repaint();
 }
+
+// The right click drops the active ROI and the find marks; ROI selection
+// does it.
+void CViewerController::ClearRoiAt(ScreenPoint) {}
 
 void CViewerController::OnDrop(const std::vector<std::string>& paths) {
   OpenDroppedFiles(app_, paths);
@@ -714,12 +858,16 @@ void CViewerController::UpdateMenuChecks() {
       {Command::ToggleRuler, state_.flags.ruler},
       {Command::ToggleRulerMatrix, focus != nullptr && focus->ruler_type == RulerType::Matrix},
       {Command::CompareLabel, app_.CompareMode()},
-      {Command::ToggleLayerMode, state_.layer.on},
+      {Command::ToggleLayerMode, app_.LayerMode()},
       {Command::ToggleAutoNaming, app_.AutoFileNaming()},
       {Command::ToggleHexTextCLayout, app_.SaveTextHexCArray()},
       {Command::ToggleFavorLowMemory, app_.FavorLowMemory()},
       {Command::ToggleAppLog, app_.AppLogEnabled()},
       {Command::ToggleFormatLog, app_.FormatLogEnabled()},
+      {Command::DiffTypeAllBin, app_.GetDiffType() == DiffType::kAllBin},
+      {Command::DiffTypeMaskBin, app_.GetDiffType() == DiffType::kMaskBin},
+      {Command::DiffTypeAllAbsDelta, app_.GetDiffType() == DiffType::kAllAbsDelta},
+      {Command::DiffTypeMaskAbsDelta, app_.GetDiffType() == DiffType::kMaskAbsDelta},
   };
   menus_set_ = true;
   for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);

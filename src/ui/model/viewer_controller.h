@@ -15,6 +15,7 @@
 #include "ui/model/geometry.h"
 #include "ui/model/input_phase.h"
 #include "ui/model/keys.h"
+#include "ui/model/last_filter.h"
 #include "ui/model/layout.h"
 #include "ui/model/timers.h"
 #include "ui/model/viewer_host.h"
@@ -63,6 +64,8 @@ class CViewerController {
   void ShowStatusMessage(std::string_view text);
   // The image set changed outside the controller (opened, closed, replaced).
   void OnImagesChanged();
+  // The filter dialog records what it applies here, for Ctrl+F.
+  CLastFilter& LastFilter() { return last_filter_; }
   // Used to judge whether pixel values fit a block; may be null.
   void SetTextMetrics(const ITextMetrics* metrics) { metrics_ = metrics; }
 
@@ -106,9 +109,9 @@ class CViewerController {
   void Repaint();
   void CycleImage(bool forward);
   void SelectSlot(uint32_t slot);
-  void SetVisibleLayer(size_t layer);
   void BackKey();
   void ToggleLayerMode();
+  void LayerModeKey();
   void ToggleFlag(bool ViewFlags::*flag);
   void ApplyFlagsToView(ImageView& view) const;
   std::vector<ImageView*> RulerTargets();
@@ -117,9 +120,19 @@ class CViewerController {
   void ChangeHelpPage(int32_t delta);
   void Escape();
   void ApplyPhaseStep(PhaseStep step);
+  void DropEndedPhase();
+  void CompareStart();
+  void CompareAll();
+  void StartSavePhase();
   void PasteIntoPhase();
   size_t ImageUnderCursor() const;
+  size_t TabUnderCursor() const;
+  void CopyContext();
+  void ShowStartTexts();
   void UpdateTabHover();
+  void MarkCloseBoxes(bool ctrl);
+  void ShowLayerUnderCursor();
+  void ClearRoiAt(ScreenPoint p);
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
   bool ValuesFit(uint32_t k, bool one_component) const;
   std::string TabText(size_t index) const;
@@ -138,6 +151,8 @@ class CViewerController {
   StatusFields shown_status_;
   bool status_shown_ = false;
   bool menus_set_ = false;
+  bool start_texts_shown_ = false;
+  CLastFilter last_filter_;
 };
 
 }  // namespace korvanel

@@ -1,7 +1,7 @@
 #pragma once
 
 // The viewer's application-wide state: the shared ZF and its text, the view
-// toggles, layer mode, the dirty flags, the last image area, the status bar,
+// toggles, the dirty flags, the last image area, the status bar,
 // and the views of the open images.
 
 #include <cstdint>
@@ -30,18 +30,10 @@ struct ViewerSettings {
   static ViewerSettings FromConfig(const ConfigValues& values);
 };
 
-// Layer mode: compare mode showing one party image at a time.
-struct LayerState {
-  bool on = false;
-  size_t visible = 0;   // index within the party
-  size_t previous = 0;  // the layer the back key returns to
-};
-
 struct ViewerState {
   double zf = 0;
   std::string zoom_text;
   ViewFlags flags;
-  LayerState layer;
   bool help_visible = false;
   uint32_t help_page = 0;
   bool view_dirty = true;

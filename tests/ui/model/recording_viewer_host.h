@@ -28,7 +28,7 @@ class RecordingViewerHost : public IViewerHost {
   void SetCursorShape(CursorShape shape) override { cursor = shape; }
   void SetClipboardText(std::string_view text) override { clipboard.assign(text); }
   std::string ClipboardText() override { return clipboard; }
-  void SetClipboardImage(const Rgb888Image&) override {}
+  void SetClipboardImage(const Rgb888Image& image) override { clipboard_image = image; }
   std::optional<std::string> AskOpenPath() override { return open_path; }
   ModifiedAnswer AskFileModified(std::string_view, bool&) override { return ModifiedAnswer::Ignore; }
   void OpenDialog(DialogId id) override { dialogs.push_back(id); }
@@ -52,6 +52,7 @@ class RecordingViewerHost : public IViewerHost {
   std::map<TimerId, uint32_t> timers;
   CursorShape cursor = CursorShape::Arrow;
   std::string clipboard;
+  std::optional<Rgb888Image> clipboard_image;
   std::optional<std::string> open_path;
   std::vector<DialogId> dialogs;
   std::map<Command, MenuState> menu;

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QTest>
 #include <string>
@@ -165,6 +167,30 @@ TEST_F(MainWindowTest, NoImagePaintsTheInvitationOnTheDarkFill) {
     for (int y = shot.height() / 2 - 20; y < shot.height() / 2 + 20; ++y) white += shot.pixel(x, y) == qRgb(255, 255, 255);
   }
   EXPECT_GT(white, 20) << "the invitation text is drawn in the middle";
+}
+
+// Ctrl+letter runs the key's command and types no character: Ctrl+S must
+// not start the save phase, nor Ctrl+C collecting.
+TEST_F(MainWindowTest, CtrlLettersRunTheirCommandWithoutTypingTheLetter) {
+  Open("depth.y16");
+  Press(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_FALSE(app.AutoFileNaming());
+  EXPECT_FALSE(window->ActionFor(Command::ToggleAutoNaming)->isChecked());
+  EXPECT_EQ(window->Controller().ActivePhase(), InputPhaseKind::None);
+  Press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_FALSE(app.Collecting());
+  EXPECT_EQ(QGuiApplication::clipboard()->image().size(), QSize(40, 30));
+  Press(Qt::Key_D, Qt::ControlModifier);
+  EXPECT_EQ(StatusPart(kStatusReadoutPart),
+            "Diff type: Only masked-in pixels are included with binary comparison (equal or not)");
+  EXPECT_TRUE(window->ActionFor(Command::DiffTypeMaskBin)->isChecked());
+  EXPECT_EQ(app.Images().Count(), 1u);
+
+  Press(Qt::Key_S);
+  EXPECT_EQ(window->Controller().ActivePhase(), InputPhaseKind::Save);
+  EXPECT_EQ(StatusPart(kStatusReadoutPart), "Save image as: b - Binary, t - Text, h - Hexa-Text (Esc cancels)");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(StatusPart(kStatusReadoutPart), "Operation canceled due to user abort");
 }
 
 // None of these may crash or divide by zero; the window must still paint.
