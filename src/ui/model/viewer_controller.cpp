@@ -516,6 +516,11 @@ void CViewerController::Execute(Command command) {
     case Command::Exit:
       host_.DestroyWindow();
       return;
+    case Command::CopyPixelText: CopyPixel(); break;
+    case Command::FindNext: FindAgain(SearchDirection::Forward); break;
+    case Command::FindPrevious: FindAgain(SearchDirection::Backward); break;
+    case Command::ClearMarkedPixels: ClearMarks(false); break;
+    case Command::ClearMarksContext: ClearMarks(true); break;
     default:
       // Saving, comparing, operations, phases, histograms and the other
       // commands of the vocabulary are bound by the features that own them.
@@ -561,14 +566,23 @@ void CViewerController::OnMouseMove(ScreenPoint p, Modifiers) {
   state_.cursor = p;
   app_.SetHover(ImageUnderCursor(), p.x, p.y);
   UpdateTabHover();
+  UpdateReadout();
 }
 
-// ROI selection, tab clicks and phase cancelling come with the readout.
-void CViewerController::OnLeftDown(ScreenPoint, Modifiers) {}
-void CViewerController::OnLeftUp(ScreenPoint) {}
+void CViewerController::OnLeftDown(ScreenPoint p, Modifiers) {
+  SyncViews();
+  if (!HasImages() || state_.view_dirty) return;
+  RoiMouseDown(p);
+}
+
+void CViewerController::OnLeftUp(ScreenPoint) { RoiMouseUp(); }
 
 void CViewerController::OnRightUp(ScreenPoint) {
-  if (!state_.help_visible) return;
+  SyncViews();
+  if (!state_.help_visible) {
+    if (HasImages()) ClearRoiAndMarks();
+    return;
+  }
   state_.help_visible = false;
   state_.view_dirty = true;
   Repaint();
@@ -597,6 +611,10 @@ void CViewerController::ShowStatusMessage(std::string_view text) {
 }
 
 void CViewerController::OnTimer(TimerId id) {
+  if (id == TimerId::Jump || id == TimerId::Find) {
+    TickMarkers(id);
+    return;
+  }
   if (id != TimerId::Status) return;  // file watch and markers come with their features
   if (state_.message.showing && !state_.message.Tick()) return;
   host_.StopTimer(TimerId::Status);
@@ -608,7 +626,7 @@ void CViewerController::UpdateStatus() {
   if (const ImageView* focus = FocusView(); focus != nullptr) {
     const ModeFlags modes{state_.flags, focus->ruler_type == RulerType::Matrix,
                           app_.CompareMode()};
-    if (state_.message.showing) fields.parts[kStatusReadoutPart] = state_.message.text;
+    fields.parts[kStatusReadoutPart] = state_.message.showing ? state_.message.text : StatusReadout();
     fields.parts[kStatusFeaturePart] = FeatureLetters(modes);
     fields.parts[kStatusZoomPart] = state_.zoom_text;
     fields.parts[kStatusModePart] = ModeLetters(modes);
@@ -645,6 +663,7 @@ void CViewerController::UpdateMenuChecks() {
   host_.SetMenuState(Command::ZoomIn, false, images);
   host_.SetMenuState(Command::ZoomOut, false, images);
   host_.SetMenuState(Command::FitToWindow, false, images);
+  host_.SetMenuState(Command::ClearMarkedPixels, false, AnyMarks());
 }
 
 // --- the frame -----------------------------------------------------------------
@@ -667,6 +686,7 @@ std::string CViewerController::TabText(size_t index) const {
     }
     text += "| ";
   }
+  if (state_.inspect.pixel) return text + ReadoutText(index);
   char head[16];
   std::snprintf(head, sizeof head, "[%u] ", record.hk_id);
   return text + head + record.display_name;
@@ -705,6 +725,7 @@ void CViewerController::BuildPanelPlan(size_t index, size_t panel, PanelPlan& pl
   plan.tab.close_text = view.tab.ctrl_remove && PartyIndices().size() > 2 ? 'O' : 'X';
   plan.tab.hovered = view.tab.hovered;
   plan.tab.close_hovered = view.tab.close_hovered;
+  BuildInspectionPlan(index, plan);
 }
 
 const FramePlan& CViewerController::PrepareFrame() {
@@ -724,6 +745,7 @@ const FramePlan& CViewerController::PrepareFrame() {
   plan_.no_image.show = !HasImages();
   plan_.no_image.invitation = plan_.no_image.show ? kNoImageInvitation : "";
   plan_.no_image.newer_version.clear();
+  plan_.directive = BuildDirectivePlan();
   state_.view_dirty = false;
   return plan_;
 }

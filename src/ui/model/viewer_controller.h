@@ -5,6 +5,7 @@
 // positions and sizes are device pixels.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "ui/model/geometry.h"
 #include "ui/model/keys.h"
 #include "ui/model/layout.h"
+#include "ui/model/pixel_search.h"
 #include "ui/model/timers.h"
 #include "ui/model/viewer_host.h"
 #include "ui/model/viewer_state.h"
@@ -109,6 +111,32 @@ class CViewerController {
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
   bool ValuesFit(uint32_t k, bool one_component) const;
   std::string TabText(size_t index) const;
+
+  // --- pixel inspection (viewer_inspection.cpp) ---
+  void UpdateReadout();
+  std::optional<PixelPoint> CursorPixelIn(size_t index) const;
+  std::string ReadoutText(size_t index) const;
+  std::string StatusReadout() const;
+  size_t PhaseTargetIndex() const;
+  void SetPartyRoi(const Rect& roi);
+  void RoiMouseDown(ScreenPoint p);
+  void RoiMouseUp();
+  void DragRoi();
+  void UpdateRoiCursor();
+  void ClearRoiAndMarks();
+  void CopyPixel();
+  void CentreOn(PixelPoint pixel);
+  void JumpTo(PixelPoint pixel);
+  void FindValue(const PixelValue& value);
+  void FindAgain(SearchDirection direction);
+  void MarkFindHit(size_t index, PixelPoint hit);
+  void ClearMarks(bool context);
+  bool AnyMarks() const;
+  void TickMarkers(TimerId id);
+  std::vector<ScreenRect> MarkerDamage() const;
+  std::vector<ScreenRect> CursorDamage() const;
+  void BuildInspectionPlan(size_t index, PanelPlan& plan) const;
+  DirectivePlan BuildDirectivePlan() const;
 
   AppState& app_;
   IViewerHost& host_;
