@@ -36,6 +36,9 @@ FindOutcome CFindEntry::OnChar(char32_t ch, const FindContext& context,
     return {Kind::Search, *parsed.value, {}};
   }
   if (ch == U'-') return {Kind::ClearMarks, {}, {}};
+  // The find keys' own characters ("=", and "+" where Shift+= gives it)
+  // arrive after the key that started the phase.
+  if (ch == U'=' || ch == U'+') return {};
   if (ch == U'\b') {
     if (!input_.empty()) input_.pop_back();
   } else if (ch > U' ' && ch < 0x7F && input_.size() < kMaxInput) {

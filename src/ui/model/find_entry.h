@@ -3,7 +3,8 @@
 // What the find phase does with each typed character: the value is typed
 // (one number, or three separated by commas, decimal or "0x" hexadecimal),
 // a space searches, Backspace deletes, Tab completes from earlier searches,
-// "-" clears the find marks and Ctrl+V pastes the value of a P copy.
+// "-" clears the find marks and Ctrl+V pastes the value of a P copy. "="
+// and "+" are ignored: they come with the keys that start the phase.
 // Decides only; the controller searches.
 
 #include <cstdint>

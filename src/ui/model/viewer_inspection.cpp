@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 #include "app/app_state.h"
 #include "image/image_concrete_base.h"
+#include "image/text_util.h"
 #include "ui/model/readout.h"
 #include "ui/model/text_metrics.h"
 #include "ui/model/viewer_controller.h"
@@ -270,9 +272,9 @@ void CViewerController::MarkFindHit(size_t index, PixelPoint hit) {
   UpdateMenuChecks();
 }
 
-void CViewerController::FindValue(const PixelValue& value) {
+std::string CViewerController::FindValue(const PixelValue& value) {
   const size_t index = PhaseTargetIndex();
-  if (index == kNoIndex) return;
+  if (index == kNoIndex) return {};
   ImageRecord& record = app_.Images().At(index);
   const auto* image = dynamic_cast<const CImageConcreteBase*>(record.image.get());
   LastFind& last = state_.inspect.last_find;
@@ -282,15 +284,12 @@ void CViewerController::FindValue(const PixelValue& value) {
       image == nullptr ? std::nullopt
                        : FindPixelValue(*image, image->GetRegionOfInterest(), value, std::nullopt,
                                         SearchDirection::Forward);
-  if (!hit) {
-    app_.StatusMessage("Can't find pixel value <%s>", text.c_str());
-    return;
-  }
+  if (!hit) return StrFormat("Can't find pixel value <%s>", text.c_str());
   last.hit = hit;
   last.hit_number = 1;
-  app_.StatusMessage("Pixel value <%s> found at <%u,%u>", text.c_str(),
-                     static_cast<unsigned>(hit->x), static_cast<unsigned>(hit->y));
   MarkFindHit(index, *hit);
+  return StrFormat("Pixel value <%s> found at <%u,%u>", text.c_str(),
+                   static_cast<unsigned>(hit->x), static_cast<unsigned>(hit->y));
 }
 
 void CViewerController::FindAgain(SearchDirection direction) {
@@ -310,17 +309,70 @@ void CViewerController::FindAgain(SearchDirection direction) {
           ? std::nullopt
           : FindPixelValue(*image, image->GetRegionOfInterest(), *last.value, last.hit, direction);
   if (!hit) {
-    app_.StatusMessage(forward ? "Can't forward find more of pixel value <%s>"
-                               : "Can't backward find more of pixel value <%s>",
-                       text.c_str());
+    ShowStatusMessage(StrFormat(forward ? "Can't forward find more of pixel value <%s>"
+                                        : "Can't backward find more of pixel value <%s>",
+                                text.c_str()));
     return;
   }
   last.hit = hit;
   last.hit_number = forward ? last.hit_number + 1 : std::max<uint32_t>(1, last.hit_number - 1);
-  app_.StatusMessage("Pixel value <%s> found at <%u,%u> (Hit %u)", text.c_str(),
-                     static_cast<unsigned>(hit->x), static_cast<unsigned>(hit->y), last.hit_number);
   MarkFindHit(index, *hit);
+  ShowStatusMessage(StrFormat("Pixel value <%s> found at <%u,%u> (Hit %u)", text.c_str(),
+                              static_cast<unsigned>(hit->x), static_cast<unsigned>(hit->y),
+                              last.hit_number));
 }
+
+// --- the phases ------------------------------------------------------------------
+
+JumpContext CViewerController::JumpTarget() const {
+  const size_t index = PhaseTargetIndex();
+  const ImageView* view = ViewAt(index);
+  if (view == nullptr) return {};
+  return {view->size, ActiveRoi(*app_.Images().At(index).image)};
+}
+
+FindContext CViewerController::FindTarget() const {
+  const size_t index = PhaseTargetIndex();
+  if (index == kNoIndex) return {};
+  const IImageContainer& image = *app_.Images().At(index).image;
+  return {image.ComponentCount(), image.GetBitsPerComponent()};
+}
+
+void CViewerController::ClearFindMarks() {
+  ClearMarks(true);
+  UpdateMenuChecks();
+  Repaint();
+}
+
+// The menu's jump and find items start their phase when it is not running.
+bool CViewerController::EnsureInspectionPhase(InputPhaseKind kind) {
+  if (ActivePhase() == kind) return true;
+  if (kind == InputPhaseKind::Jump) {
+    IJumpHost& host = *this;
+    return StartPhase(std::make_unique<CJumpPhase>(host), "Can't jump to coordinate while in other action");
+  }
+  IFindHost& host = *this;
+  return StartPhase(std::make_unique<CFindPhase>(host), "Can't find pixel while in other action");
+}
+
+// J: starts the jump phase, or ends a running one as Esc would.
+void CViewerController::ToggleJumpPhase() {
+  if (ActivePhase() == InputPhaseKind::Jump) {
+    CancelPhase();
+    return;
+  }
+  EnsureInspectionPhase(InputPhaseKind::Jump);
+}
+
+void CViewerController::FeedJumpPhase(char32_t ch) {
+  if (EnsureInspectionPhase(InputPhaseKind::Jump)) ApplyPhaseStep(phase_->OnChar(ch));
+}
+
+void CViewerController::PasteIntoInspectionPhase(InputPhaseKind kind) {
+  if (EnsureInspectionPhase(kind)) PasteIntoPhase();
+}
+
+void CViewerController::StartFindPhase() { EnsureInspectionPhase(InputPhaseKind::Find); }
 
 // --- marks and markers -----------------------------------------------------------
 

@@ -198,5 +198,149 @@ TEST_F(ViewerInspectionTest, TrackingLinesAndTheGridOutlineFollowTheCursor) {
                                          picture.top + 24}));
 }
 
+// Types `text` as characters, each after its key-down, as the window does.
+void TypeKeys(CViewerController& controller, std::u32string_view text) {
+  for (char32_t ch : text) {
+    const Key key = ch >= U'0' && ch <= U'9' ? static_cast<Key>(ch)
+                    : ch == U' '             ? Key::Space
+                    : ch == U'-'             ? Key::Minus
+                                             : Key::Unknown;
+    controller.OnKey({key, {}});
+    controller.OnChar(ch, {});
+  }
+}
+
+TEST_F(ViewerInspectionTest, JumpPhaseCentresRecordsAndMarksThePoint) {
+  AddGray(2000, 1000, "big.raw");
+  Start();
+  controller.OnKey({Key::J, {}});
+  EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::Jump);
+  EXPECT_EQ(Part0(), "Jump to X Y: ");
+  TypeKeys(controller, U"-1 -");
+  EXPECT_EQ(Part0(), "Jump to X Y: -1 -");
+  TypeKeys(controller, U"1 ");
+  EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
+  EXPECT_EQ(controller.State().inspect.jump_history.Entries(), (std::vector<PixelPoint>{{1999, 999}}));
+  // The view shows the bottom-right corner.
+  const PanelPlan& panel = controller.PrepareFrame().panels.at(0);
+  EXPECT_EQ(panel.source.right, 1999);
+  EXPECT_EQ(panel.source.bottom, 999);
+  ASSERT_EQ(panel.inspect.markers.size(), 1u);
+  EXPECT_EQ(panel.inspect.markers[0].color, kJumpMarkerColor);
+  EXPECT_EQ(host.timers.at(TimerId::Jump), 50u);
+
+  // Jumping there again keeps one entry; the marker lives 20 ticks.
+  controller.OnKey({Key::J, {}});
+  TypeKeys(controller, U"1999 999 ");
+  EXPECT_EQ(controller.State().inspect.jump_history.Entries().size(), 1u);
+  for (int tick = 0; tick < 19; ++tick) controller.OnTimer(TimerId::Jump);
+  EXPECT_TRUE(host.timers.contains(TimerId::Jump));
+  controller.OnTimer(TimerId::Jump);
+  EXPECT_FALSE(host.timers.contains(TimerId::Jump));
+  EXPECT_TRUE(controller.PrepareFrame().panels.at(0).inspect.markers.empty());
+}
+
+TEST_F(ViewerInspectionTest, JumpFailuresEscAndTheSecondJEndThePhase) {
+  AddGray(640, 480, "vga.raw");
+  Start();
+  const struct {
+    std::u32string_view keys;
+    const char* message;
+  } cases[] = {
+      {U"640 ", "640 is not a valid X coordinate, aborting..."},
+      {U"639 480 ", "<639,480> is not a valid image coordinate, aborting..."},
+  };
+  for (const auto& c : cases) {
+    controller.OnKey({Key::J, {}});
+    TypeKeys(controller, c.keys);
+    EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
+    EXPECT_EQ(Part0(), c.message);
+  }
+  EXPECT_TRUE(controller.State().inspect.jump_history.Entries().empty());
+  controller.OnKey({Key::J, {}});
+  controller.OnKey({Key::G, {}});  // taken by the phase: no grid
+  EXPECT_FALSE(controller.State().flags.grid);
+  controller.OnKey({Key::J, {}});
+  EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
+  EXPECT_EQ(Part0(), "Operation canceled due to user abort");
+  controller.OnKey({Key::J, {}});
+  controller.Execute(Command::FindPixel);
+  EXPECT_EQ(Part0(), "Can't find pixel while in other action");
+  controller.OnKey({Key::Escape, {}});
+  controller.Execute(Command::FindPixel);
+  controller.Execute(Command::JumpToCoordinate);
+  EXPECT_EQ(Part0(), "Can't jump to coordinate while in other action");
+}
+
+TEST_F(ViewerInspectionTest, FindMarksHitsAndStepsThroughThemBothWays) {
+  // 7 at (1,0), (4,1) and (3,3) of a 5 x 4 grey image.
+  app.RegisterImage(test::MakeGrayImage(8, 5, 4, [](uint32_t x, uint32_t y) {
+                      return (x == 1 && y == 0) || (x == 4 && y == 1) || (x == 3 && y == 3) ? 7u : 200u;
+                    }),
+                    "sevens.raw", "P,Y,8", false);
+  Start();
+  controller.Execute(Command::FindPrevious);  // nothing searched yet: nothing happens
+  EXPECT_EQ(Part0(), kOutOfRangeText);
+  EXPECT_FALSE(host.menu[Command::ClearMarkedPixels].enabled);
+
+  controller.OnKey({Key::Equal, {}});
+  controller.OnChar(U'=', {});  // the key's own character is no part of the value
+  EXPECT_EQ(Part0(), "Find pixel: ");
+  TypeKeys(controller, U"7 ");
+  EXPECT_EQ(Part0(), "Pixel value <7> found at <1,0>");
+  EXPECT_TRUE(host.menu[Command::ClearMarkedPixels].enabled);
+  EXPECT_EQ(host.timers.at(TimerId::Find), 25u);
+  const struct {
+    Key key;
+    Modifiers mods;
+    const char* message;
+  } steps[] = {
+      {Key::Equal, kCtrl, "Pixel value <7> found at <4,1> (Hit 2)"},
+      {Key::Equal, kCtrl, "Pixel value <7> found at <3,3> (Hit 3)"},
+      {Key::Equal, kCtrl, "Can't forward find more of pixel value <7>"},
+      {Key::Equal, kShift, "Pixel value <7> found at <4,1> (Hit 2)"},
+      {Key::Equal, kShift, "Pixel value <7> found at <1,0> (Hit 1)"},
+      {Key::Equal, kShift, "Can't backward find more of pixel value <7>"},
+  };
+  for (const auto& step : steps) {
+    controller.OnKey({step.key, step.mods});
+    EXPECT_EQ(Part0(), step.message);
+  }
+  const std::vector<MarkPlan>& marks = controller.PrepareFrame().panels.at(0).inspect.marks;
+  ASSERT_EQ(marks.size(), 3u);  // each pixel marked once
+  EXPECT_EQ(marks[0].color, (Rgb{255, 255, 255}));  // contrast of a dark pixel
+
+  controller.OnKey({Key::Minus, {}});  // the mouse is over no image: every image
+  EXPECT_TRUE(controller.PrepareFrame().panels.at(0).inspect.marks.empty());
+  EXPECT_FALSE(host.menu[Command::ClearMarkedPixels].enabled);
+
+  controller.OnKey({Key::Equal, {}});
+  TypeKeys(controller, U"9 ");
+  EXPECT_EQ(Part0(), "Can't find pixel value <9>");
+  controller.OnKey({Key::Equal, {}});
+  TypeKeys(controller, U"1,2,3 ");
+  EXPECT_EQ(Part0(), "'1,2,3' is not a valid pixel value for this image, aborting...");
+  controller.OnKey({Key::Equal, {}});
+  TypeKeys(controller, U"256 ");
+  EXPECT_EQ(Part0(), "Component 1 '256' is out of BPP range, aborting...");
+}
+
+TEST_F(ViewerInspectionTest, PastesFeedTheRunningPhase) {
+  AddGray(64, 48, "a.raw");
+  Start();
+  MoveTo(At(3, 2));
+  controller.Execute(Command::CopyPixelText);
+  controller.Execute(Command::JumpPasteCoordinate);  // starts the phase, then pastes
+  EXPECT_EQ(Part0(), "Jump to X Y: 3 2");
+  TypeKeys(controller, U" ");
+  EXPECT_EQ(controller.State().inspect.jump_history.Entries(), (std::vector<PixelPoint>{{3, 2}}));
+  controller.Execute(Command::FindPasteValue);
+  EXPECT_EQ(Part0(), "Find pixel: 203");
+  host.clipboard = "hello";
+  controller.OnKey({Key::V, kCtrl});
+  EXPECT_EQ(Part0(), "The clipboard holds no pixel copied with P");
+  EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::Find);
+}
+
 }  // namespace
 }  // namespace korvanel
