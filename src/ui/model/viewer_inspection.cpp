@@ -35,6 +35,10 @@ std::string WithoutMarks(std::string text) {
   return text;
 }
 
+ScreenRect RoiFrame(const ImageView& view, const Rect& roi) {
+  return PixelSpan(view, {roi.min_x, roi.min_y, roi.max_x, roi.max_y});
+}
+
 // What a line from `a` to `b` may paint over.
 ScreenRect LineBounds(ScreenPoint a, ScreenPoint b) {
   return {std::min(a.x, b.x) - 1, std::min(a.y, b.y) - 1, std::max(a.x, b.x) + 1,
@@ -135,7 +139,7 @@ void CViewerController::RoiMouseDown(ScreenPoint p) {
   PixelInspection& in = state_.inspect;
   const std::optional<Rect> roi = ActiveRoi(*app_.Images().At(index).image);
   if (roi && !in.roi.Anchor()) {
-    const RoiEdges edges = RoiEdgesAt(PixelSpan(*view, {roi->min_x, roi->min_y, roi->max_x, roi->max_y}), p);
+    const RoiEdges edges = RoiEdgesAt(RoiFrame(*view, *roi), p);
     if (edges.Any()) {
       in.roi.BeginDrag(edges);
       return;
@@ -177,8 +181,7 @@ void CViewerController::UpdateRoiCursor() {
   const std::optional<Rect> roi =
       view != nullptr ? ActiveRoi(*app_.Images().At(index).image) : std::nullopt;
   if (roi && !state_.inspect.roi.Anchor()) {
-    const RoiEdges e =
-        RoiEdgesAt(PixelSpan(*view, {roi->min_x, roi->min_y, roi->max_x, roi->max_y}), state_.cursor);
+    const RoiEdges e = RoiEdgesAt(RoiFrame(*view, *roi), state_.cursor);
     if ((e.left && e.top) || (e.right && e.bottom)) {
       shape = CursorShape::SizeDiagonal;
     } else if ((e.right && e.top) || (e.left && e.bottom)) {
@@ -428,7 +431,7 @@ void CViewerController::BuildInspectionPlan(size_t index, PanelPlan& plan) const
   if (view == nullptr || plan.picture.Empty()) return;
   PanelInspectionPlan& out = plan.inspect;
   if (const std::optional<Rect> roi = ActiveRoi(*plan.image)) {
-    out.roi_frame = PixelSpan(*view, {roi->min_x, roi->min_y, roi->max_x, roi->max_y});
+    out.roi_frame = RoiFrame(*view, *roi);
   }
   if (const std::optional<PixelPoint> pixel = CursorPixelIn(index)) {
     out.tracked = PixelBlock(*view, *pixel);
