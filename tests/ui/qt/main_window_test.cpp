@@ -248,6 +248,8 @@ class InspectionWindowTest : public MainWindowTest {
 };
 
 TEST_F(InspectionWindowTest, AMouseMoveReadsThePixelIntoTheStatusBar) {
+  window->resize(1000, 480);  // room for the long out-of-range text
+  QCoreApplication::processEvents();
   const Target t = Near(10, 5);
   Move(t.logical);
   const std::array<uint32_t, 3> v = Samples(t.x, t.y);
