@@ -14,6 +14,7 @@
 #include "image/display_rendition.h"
 #include "ui/model/geometry.h"
 #include "ui/model/image_view.h"
+#include "ui/model/inspection_plan.h"
 
 namespace korvanel {
 
@@ -59,6 +60,7 @@ struct PanelPlan {
   uint32_t rings = 0;
   RulerPlan ruler;
   TabPlan tab;
+  PanelInspectionPlan inspect;
 };
 
 inline constexpr const char* kNoImageInvitation =
@@ -79,6 +81,7 @@ struct FramePlan {
   NoImagePlan no_image;
   bool help_visible = false;
   uint32_t help_page = 0;
+  DirectivePlan directive;
 };
 
 }  // namespace korvanel

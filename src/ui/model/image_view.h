@@ -6,8 +6,10 @@
 // view holds no pixels.
 
 #include <cstdint>
+#include <vector>
 
 #include "ui/model/geometry.h"
+#include "ui/model/pixel_markers.h"
 
 namespace korvanel {
 
@@ -48,6 +50,7 @@ struct ImageView {
   uint32_t ruler_color_index = 0;
   TabState tab;
   bool histogram_visible = false;
+  std::vector<MarkedPixel> marks;  // find hits, until cleared
 
   // Sets the ZF and what follows from it alone (the grid's visibility).
   void SetZoom(double new_zf) {

@@ -14,6 +14,7 @@
 #include "ui/model/image_commands.h"
 #include "ui/model/key_tables.h"
 #include "ui/model/menu_table.h"
+#include "ui/model/pixel_mapping.h"
 #include "ui/model/save_phase.h"
 #include "ui/model/tab_hits.h"
 #include "ui/model/text_metrics.h"
@@ -663,6 +664,17 @@ void CViewerController::Execute(Command command) {
     case Command::CopyContext: CopyContext(); break;
     case Command::ClearFilter: ClearFilterCommand(app_, app_.FocusIndex()); break;
     case Command::ReapplyFilter: last_filter_.Reapply(app_, app_.FocusIndex()); break;
+    case Command::CopyPixelText: CopyPixel(); break;
+    case Command::JumpToCoordinate: ToggleJumpPhase(); break;
+    case Command::JumpIteratePrevious: FeedJumpPhase(U'~'); break;
+    case Command::JumpIterateRoiCorners: FeedJumpPhase(U'r'); break;
+    case Command::JumpPasteCoordinate: PasteIntoInspectionPhase(InputPhaseKind::Jump); break;
+    case Command::FindPixel: StartFindPhase(); break;
+    case Command::FindPasteValue: PasteIntoInspectionPhase(InputPhaseKind::Find); break;
+    case Command::FindNext: FindAgain(SearchDirection::Forward); break;
+    case Command::FindPrevious: FindAgain(SearchDirection::Backward); break;
+    case Command::ClearMarkedPixels: ClearMarks(false); break;
+    case Command::ClearMarksContext: ClearMarks(true); break;
     default:
       // Saving, comparing, operations, phases, histograms and the other
       // commands of the vocabulary are bound by the features that own them.
@@ -723,10 +735,16 @@ void CViewerController::OnMouseMove(ScreenPoint p, Modifiers m) {
   SyncViews();  // an image set changed behind our back makes the view dirty
   if (!HasImages() || state_.help_visible || state_.view_dirty || p == state_.cursor) return;
   state_.cursor = p;
-  app_.SetHover(ImageUnderCursor(), p.x, p.y);
+  // The app keeps the hovered pixel: "n" crops when it lies in the ROI.
+  const size_t hovered = ImageUnderCursor();
+  const ImageView* view = ViewAt(hovered);
+  const std::optional<PixelPoint> pixel = view ? ScreenToPixel(*view, p) : std::nullopt;
+  app_.SetHover(hovered, pixel ? static_cast<int32_t>(pixel->x) : -1,
+                pixel ? static_cast<int32_t>(pixel->y) : -1);
   MarkCloseBoxes(m.ctrl);
   UpdateTabHover();
   ShowLayerUnderCursor();
+  UpdateReadout();
 }
 
 // Ctrl held over a comparison of more than two turns the close boxes into
@@ -762,31 +780,29 @@ void CViewerController::ShowLayerUnderCursor() {
 void CViewerController::OnLeftDown(ScreenPoint p, Modifiers m) {
   SyncViews();
   if (!HasImages() || state_.view_dirty) return;
-  const bool canceled = CancelPhase();
+  CancelPhase();
   const size_t party = app_.CompareMode() ? PartyIndices().size() : 0;
   if (ApplyTabHit(app_, HitTab(plan_.panels, p, m.ctrl, party))) {
     OnImagesChanged();
-  } else if (canceled) {
-    Repaint();
+    return;
   }
-}
-
-void CViewerController::OnLeftUp(ScreenPoint) {}
-
-void CViewerController::OnRightUp(ScreenPoint p) {
-  if (state_.help_visible) {
-    state_.help_visible = false;
-    state_.view_dirty = true;
-  } else {
-    CancelPhase();
-    ClearRoiAt(p);
-  }
+  RoiMouseDown(p);
   Repaint();
 }
 
-// The right click drops the active ROI and the find marks; ROI selection
-// does it.
-void CViewerController::ClearRoiAt(ScreenPoint) {}
+void CViewerController::OnLeftUp(ScreenPoint) { RoiMouseUp(); }
+
+void CViewerController::OnRightUp(ScreenPoint) {
+  SyncViews();
+  if (state_.help_visible) {
+    state_.help_visible = false;
+    state_.view_dirty = true;
+  } else if (HasImages()) {
+    CancelPhase();
+    ClearRoiAndMarks();
+  }
+  Repaint();
+}
 
 void CViewerController::OnDrop(const std::vector<std::string>& paths) {
   OpenDroppedFiles(app_, paths);
@@ -816,7 +832,11 @@ void CViewerController::OnTimer(TimerId id) {
     if (!Busy() && RunFileWatchRound(app_, host_, settings_.reload_keeps_format)) OnImagesChanged();
     return;
   }
-  if (id != TimerId::Status) return;  // markers come with their features
+  if (id == TimerId::Jump || id == TimerId::Find) {
+    TickMarkers(id);
+    return;
+  }
+  if (id != TimerId::Status) return;
   if (state_.message.showing && !state_.message.Tick()) return;
   host_.StopTimer(TimerId::Status);
   UpdateStatus();
@@ -831,6 +851,8 @@ void CViewerController::UpdateStatus() {
       fields.parts[kStatusReadoutPart] = state_.message.text;
     } else if (phase_) {
       fields.parts[kStatusReadoutPart] = phase_->Prompt();
+    } else {
+      fields.parts[kStatusReadoutPart] = StatusReadout();
     }
     fields.parts[kStatusFeaturePart] = FeatureLetters(modes);
     fields.parts[kStatusZoomPart] = state_.zoom_text;
@@ -874,6 +896,7 @@ void CViewerController::UpdateMenuChecks() {
   host_.SetMenuState(Command::ZoomIn, false, images);
   host_.SetMenuState(Command::ZoomOut, false, images);
   host_.SetMenuState(Command::FitToWindow, false, images);
+  host_.SetMenuState(Command::ClearMarkedPixels, false, AnyMarks());
 }
 
 // --- the frame -----------------------------------------------------------------
@@ -896,6 +919,7 @@ std::string CViewerController::TabText(size_t index) const {
     }
     text += "| ";
   }
+  if (state_.inspect.pixel) return text + ReadoutText(index);
   char head[16];
   std::snprintf(head, sizeof head, "[%u] ", record.hk_id);
   return text + head + record.display_name;
@@ -934,6 +958,7 @@ void CViewerController::BuildPanelPlan(size_t index, size_t panel, PanelPlan& pl
   plan.tab.close_text = view.tab.ctrl_remove && PartyIndices().size() > 2 ? 'O' : 'X';
   plan.tab.hovered = view.tab.hovered;
   plan.tab.close_hovered = view.tab.close_hovered;
+  BuildInspectionPlan(index, plan);
 }
 
 const FramePlan& CViewerController::PrepareFrame() {
@@ -953,6 +978,7 @@ const FramePlan& CViewerController::PrepareFrame() {
   plan_.no_image.show = !HasImages();
   plan_.no_image.invitation = plan_.no_image.show ? kNoImageInvitation : "";
   plan_.no_image.newer_version.clear();
+  plan_.directive = BuildDirectivePlan();
   state_.view_dirty = false;
   return plan_;
 }

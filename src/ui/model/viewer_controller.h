@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,10 +14,13 @@
 #include "ui/model/commands.h"
 #include "ui/model/frame_plan.h"
 #include "ui/model/geometry.h"
+#include "ui/model/find_phase.h"
 #include "ui/model/input_phase.h"
+#include "ui/model/jump_phase.h"
 #include "ui/model/keys.h"
 #include "ui/model/last_filter.h"
 #include "ui/model/layout.h"
+#include "ui/model/pixel_search.h"
 #include "ui/model/timers.h"
 #include "ui/model/viewer_host.h"
 #include "ui/model/viewer_state.h"
@@ -26,7 +30,8 @@ namespace korvanel {
 class AppState;
 class ITextMetrics;
 
-class CViewerController {
+// Jump and find phases reach the view through the two host interfaces.
+class CViewerController : private IJumpHost, private IFindHost {
  public:
   CViewerController(AppState& app, IViewerHost& host, const ViewerSettings& settings);
 
@@ -132,10 +137,45 @@ class CViewerController {
   void UpdateTabHover();
   void MarkCloseBoxes(bool ctrl);
   void ShowLayerUnderCursor();
-  void ClearRoiAt(ScreenPoint p);
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
   bool ValuesFit(uint32_t k, bool one_component) const;
   std::string TabText(size_t index) const;
+
+  // --- pixel inspection (viewer_inspection.cpp) ---
+  void UpdateReadout();
+  std::optional<PixelPoint> CursorPixelIn(size_t index) const;
+  std::string ReadoutText(size_t index) const;
+  std::string StatusReadout() const;
+  size_t PhaseTargetIndex() const;
+  void SetPartyRoi(const Rect& roi);
+  void RoiMouseDown(ScreenPoint p);
+  void RoiMouseUp();
+  void DragRoi();
+  void UpdateRoiCursor();
+  void ClearRoiAndMarks();
+  void CopyPixel();
+  void CentreOn(PixelPoint pixel);
+  bool EnsureInspectionPhase(InputPhaseKind kind);
+  void ToggleJumpPhase();
+  void FeedJumpPhase(char32_t ch);
+  void PasteIntoInspectionPhase(InputPhaseKind kind);
+  void StartFindPhase();
+  JumpContext JumpTarget() const override;
+  CCoordinateHistory& JumpHistory() override { return state_.inspect.jump_history; }
+  void JumpTo(PixelPoint pixel) override;
+  FindContext FindTarget() const override;
+  CFindHistory& FindHistory() override { return state_.inspect.find_history; }
+  std::string FindValue(const PixelValue& value) override;
+  void ClearFindMarks() override;
+  void FindAgain(SearchDirection direction);
+  void MarkFindHit(size_t index, PixelPoint hit);
+  void ClearMarks(bool context);
+  bool AnyMarks() const;
+  void TickMarkers(TimerId id);
+  std::vector<ScreenRect> MarkerDamage() const;
+  std::vector<ScreenRect> CursorDamage() const;
+  void BuildInspectionPlan(size_t index, PanelPlan& plan) const;
+  DirectivePlan BuildDirectivePlan() const;
 
   AppState& app_;
   IViewerHost& host_;

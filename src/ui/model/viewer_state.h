@@ -12,6 +12,7 @@
 #include "app/config_values.h"
 #include "ui/model/geometry.h"
 #include "ui/model/image_view.h"
+#include "ui/model/pixel_inspection.h"
 #include "ui/model/status_bar.h"
 #include "ui/model/view_flags.h"
 
@@ -46,6 +47,7 @@ struct ViewerState {
   StatusMessage message;
   ScreenPoint cursor{-1, -1};
   std::vector<ImageView> views;
+  PixelInspection inspect;
 
   ImageView* FindView(uint64_t serial);
   const ImageView* FindView(uint64_t serial) const;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "image/image_container.h"
+#include "ui/qt/inspection_overlay.h"
 
 namespace korvanel {
 namespace {
@@ -26,6 +27,8 @@ constexpr int32_t kRulerBarLength = 10;
 constexpr int32_t kRulerBarThickness = 2;
 constexpr int32_t kRulerLabelGap = 2;
 constexpr int32_t kTabTextIndent = 4;
+// The readout's highlighted spans in a tab.
+constexpr QRgb kTabSpanColor = qRgb(255, 255, 0);
 
 QColor ToQColor(const Rgb& c) { return QColor(c.r, c.g, c.b); }
 
@@ -321,6 +324,8 @@ void CFrameRenderer::DrawValues(const PanelPlan& p, QPainter& painter) const {
 }
 
 void CFrameRenderer::DrawOverlay(const FramePlan& plan, QPainter& painter) {
+  for (const PanelPlan& panel : plan.panels) DrawPanelInspection(panel, painter);
+  DrawDirective(plan.directive, painter);
   for (const PanelPlan& panel : plan.panels) DrawTab(panel.tab, painter);
   if (plan.no_image.show) DrawNoImage(plan, painter);
 }
@@ -348,14 +353,20 @@ void CFrameRenderer::DrawTab(const TabPlan& tab, QPainter& painter) const {
     text_left = tab.close_box.right + 1 + Scaled(kTabTextIndent);
   }
 
-  const QString caption = QString::fromStdString(tab.text);
+  const std::vector<TextSpan> spans = HighlightSpans(QString::fromStdString(tab.text));
+  QString caption;
+  for (const TextSpan& span : spans) caption += span.text;
   const bool small = fm.horizontalAdvance(caption) > tab.rect.right - text_left;
   const FontRole role = small ? FontRole::TabSmall : FontRole::Tab;
   const QFontMetrics& cm = metrics_.Metrics(role);
   painter.setFont(metrics_.Font(role));
-  painter.setPen(tab_text_);
   const int32_t baseline = tab.rect.top + (tab.rect.Height() - cm.height()) / 2 + cm.ascent();
-  painter.drawText(QPoint(text_left, baseline), caption);
+  int32_t x = text_left;
+  for (const TextSpan& span : spans) {
+    painter.setPen(span.highlighted ? QColor::fromRgb(kTabSpanColor) : tab_text_);
+    painter.drawText(QPoint(x, baseline), span.text);
+    x += cm.horizontalAdvance(span.text);
+  }
   painter.restore();
 }
 

@@ -6,6 +6,7 @@
 // Every wait is bounded; a case adds its own steps on top of these.
 
 #include <QImage>
+#include <QPoint>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -13,6 +14,7 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "image/display_rendition.h"
 #include "support/program_runner.h"
 #include "support/temp_dir.h"
 
@@ -35,6 +37,11 @@ bool WaitFor(const std::function<bool()>& ready, milliseconds limit);
 
 // The colour of one screenshot pixel as 0xRRGGBB (0 outside the image).
 uint32_t PixelAt(const QImage& image, int x, int y);
+
+// The colour of one rendition pixel as 0xRRGGBB.
+uint32_t RenditionColour(const DisplayRendition& rendition, uint32_t x, uint32_t y);
+// Where the whole rendition appears replicated k times, if anywhere.
+std::optional<QPoint> FindPicture(const QImage& shot, const DisplayRendition& rendition, uint32_t k);
 
 class ViewerSession {
  public:

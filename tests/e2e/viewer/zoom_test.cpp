@@ -16,32 +16,6 @@ namespace {
 
 const std::string kExamples = KORVANEL_EXAMPLES_DIR;
 
-uint32_t RenditionColour(const DisplayRendition& rendition, uint32_t x, uint32_t y) {
-  const uint32_t p = rendition.pixels[size_t{y} * rendition.width + x];
-  return uint32_t{DisplayRed(p)} << 16 | uint32_t{DisplayGreen(p)} << 8 | DisplayBlue(p);
-}
-
-// Where the whole rendition appears replicated k times, if anywhere.
-std::optional<QPoint> FindPicture(const QImage& shot, const DisplayRendition& rendition, uint32_t k) {
-  const int width = static_cast<int>(rendition.width * k);
-  const int height = static_cast<int>(rendition.height * k);
-  const uint32_t first = RenditionColour(rendition, 0, 0);
-  for (int top = 0; top + height <= shot.height(); ++top) {
-    for (int left = 0; left + width <= shot.width(); ++left) {
-      if (PixelAt(shot, left, top) != first) continue;
-      bool all = true;
-      for (int y = 0; y < height && all; ++y) {
-        for (int x = 0; x < width && all; ++x) {
-          all = PixelAt(shot, left + x, top + y) ==
-                RenditionColour(rendition, static_cast<uint32_t>(x) / k, static_cast<uint32_t>(y) / k);
-        }
-      }
-      if (all) return QPoint(left, top);
-    }
-  }
-  return std::nullopt;
-}
-
 TEST(ViewerZoom, KeypadPlusDoublesEveryPixelOnScreen) {
   RecordingFeedback feedback;
   AppState reference(feedback);

@@ -14,6 +14,7 @@
 #include "support/temp_dir.h"
 #include "ui/model/text_metrics.h"
 #include "ui/model/geometry_printers.h"
+#include "ui/model/readout.h"
 #include "ui/model/recording_viewer_host.h"
 
 namespace korvanel {
@@ -105,7 +106,7 @@ TEST_F(ViewerControllerTest, StartsFromTheConfiguredZoomAndModes) {
   ASSERT_EQ(plan.panels.size(), 1u);
   EXPECT_TRUE(plan.panels[0].stretch);
   EXPECT_EQ(plan.panels[0].picture, (ScreenRect{54, 49, 746, 568}));
-  EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{"", "", "G M", "F2W", "X T"}));
+  EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{kOutOfRangeText, "", "G M", "F2W", "X T"}));
 }
 
 TEST_F(ViewerControllerTest, ZoomKeepsTheCentreOfTheFocusImage) {
@@ -272,7 +273,7 @@ TEST_F(ViewerControllerTest, ViewTogglesShowInTheStatusLettersAndMenuChecks) {
   controller.OnResize(kClient, kStatusHeight);  // first show: the check marks
   EXPECT_TRUE(host.menu[Command::ToggleHexTextCLayout].checked);
   EXPECT_FALSE(host.menu[Command::ToggleGrid].checked);
-  EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{"", "", "", "1:1", ""}));
+  EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{kOutOfRangeText, "", "", "1:1", ""}));
   Press(Key::G);
   Press(Key::V);
   controller.OnChar(U'r', {});
@@ -404,7 +405,7 @@ TEST_F(ViewerControllerTest, StatusMessageShowsInPartZeroForSixteenTicks) {
   EXPECT_EQ(LastStatus().parts[0].size(), 511u);
   EXPECT_TRUE(host.timers.contains(TimerId::Status));
   controller.OnTimer(TimerId::Status);
-  EXPECT_EQ(LastStatus().parts[0], "");
+  EXPECT_EQ(LastStatus().parts[0], kOutOfRangeText);  // the readout again
   EXPECT_FALSE(host.timers.contains(TimerId::Status));
 }
 

@@ -7,7 +7,10 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QTest>
+#include <array>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -219,6 +222,93 @@ TEST_F(MainWindowTest, SurvivesZeroSizeMinimisingUnknownKeysAndTwentyImages) {
   Press(Qt::Key_Tab);
   EXPECT_EQ(app.FocusIndex(), 1u);
   EXPECT_FALSE(Grab().isNull());
+}
+
+// Pixel inspection: the mouse reads pixels into the status bar, two clicks
+// choose an ROI and a right click clears it, and P puts the pixel on the
+// clipboard. Positions go through the canvas's device pixel ratio, so the
+// HiDPI run checks the mapping too.
+class InspectionWindowTest : public MainWindowTest {
+ protected:
+  InspectionWindowTest() {
+    Open("gradient_64x48.nv12");
+    // The open's status message gives part 0 back to the readout after 16 ticks.
+    for (int tick = 0; tick < 16; ++tick) window->Controller().OnTimer(TimerId::Status);
+  }
+
+  CCanvas& Canvas() { return window->Canvas(); }
+  // A logical canvas point well inside image pixel (x, y), and the pixel the
+  // device point under it really is (at ZF 1 one device pixel per pixel).
+  struct Target {
+    QPoint logical;
+    int x;
+    int y;
+  };
+  Target Near(int x, int y) {
+    Canvas().repaint();
+    const ScreenRect& picture = window->Controller().PrepareFrame().panels.at(0).picture;
+    const qreal dpr = Canvas().devicePixelRatioF();
+    const QPoint logical(static_cast<int>(std::ceil((picture.left + x) / dpr)),
+                         static_cast<int>(std::ceil((picture.top + y) / dpr)));
+    return {logical, static_cast<int>(std::floor(logical.x() * dpr)) - picture.left,
+            static_cast<int>(std::floor(logical.y() * dpr)) - picture.top};
+  }
+  void Move(QPoint logical) {
+    Canvas().repaint();  // moves wait for the frame after a change
+    QMouseEvent move(QEvent::MouseMove, QPointF(logical), Canvas().mapToGlobal(QPointF(logical)),
+                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&Canvas(), &move);
+  }
+  void Click(Qt::MouseButton button, QPoint logical) {
+    Canvas().repaint();
+    QTest::mouseClick(&Canvas(), button, Qt::NoModifier, logical);
+  }
+  std::array<uint32_t, 3> Samples(int x, int y) {
+    std::array<uint32_t, 3> values{};
+    EXPECT_TRUE(app.Images().At(0).image->GetSampleValues(x, y, values));
+    return values;
+  }
+  QString Part0() const { return window->StatusTexts()[kStatusReadoutPart]; }
+};
+
+TEST_F(InspectionWindowTest, AMouseMoveReadsThePixelIntoTheStatusBar) {
+  window->resize(1000, 480);  // room for the long out-of-range text
+  QCoreApplication::processEvents();
+  const Target t = Near(10, 5);
+  Move(t.logical);
+  const std::array<uint32_t, 3> v = Samples(t.x, t.y);
+  const QString head = QString("XY <%1,%2>: [1] <%1,%2> YUV: <%3,%4,%5> (RGB-8: <")
+                           .arg(t.x).arg(t.y).arg(v[0]).arg(v[1]).arg(v[2]);
+  EXPECT_TRUE(Part0().startsWith(head)) << Part0().toStdString() << " / " << head.toStdString();
+  Move(QPoint(1, 1));
+  EXPECT_EQ(Part0(), "Out-of-range (Press F1 for help window)");
+}
+
+TEST_F(InspectionWindowTest, TwoClicksChooseTheRoiAndARightClickClearsIt) {
+  const Target a = Near(30, 20);
+  const Target b = Near(8, 4);
+  Click(Qt::LeftButton, a.logical);
+  Click(Qt::LeftButton, b.logical);
+  const Rect roi = app.Images().At(0).image->GetRegionOfInterest();
+  EXPECT_EQ(roi, (Rect{static_cast<uint32_t>(b.x), static_cast<uint32_t>(b.y), static_cast<uint32_t>(a.x),
+                       static_cast<uint32_t>(a.y)}));
+  Move(Near(12, 6).logical);
+  EXPECT_TRUE(Part0().startsWith(QString("ROI: %1,%2..%3,%4 (").arg(b.x).arg(b.y).arg(a.x).arg(a.y)))
+      << Part0().toStdString();
+  Click(Qt::RightButton, Near(12, 6).logical);
+  EXPECT_TRUE(app.Images().At(0).image->GetRegionOfInterest().IsNone());
+}
+
+TEST_F(InspectionWindowTest, PCopiesThePixelAsText) {
+  const Target t = Near(20, 10);
+  Move(t.logical);
+  QTest::keyClick(&Canvas(), Qt::Key_P);
+  const std::array<uint32_t, 3> v = Samples(t.x, t.y);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(),
+            QString("<%1,%2> =<%3,%4,%5>").arg(t.x).arg(t.y).arg(v[0]).arg(v[1]).arg(v[2]));
+  Move(QPoint(1, 1));
+  QTest::keyClick(&Canvas(), Qt::Key_P);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "64x48");
 }
 
 }  // namespace
