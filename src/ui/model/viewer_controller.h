@@ -5,6 +5,7 @@
 // positions and sizes are device pixels.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "ui/model/keys.h"
 #include "ui/model/layout.h"
 #include "ui/model/timers.h"
+#include "ui/model/update_check.h"
 #include "ui/model/viewer_host.h"
 #include "ui/model/viewer_state.h"
 
@@ -53,6 +55,12 @@ class CViewerController {
   void ShowStatusMessage(std::string_view text);
   // The image set changed outside the controller (opened, closed, replaced).
   void OnImagesChanged();
+  // At window creation: the start-up update check, when enabled and an
+  // address is configured.
+  void CheckUpdatesAtStart() { update_check_.OnStart(); }
+  // The update fetch ended: the document's bytes, or nothing on failure.
+  void OnUpdateReply(std::optional<std::string_view> body);
+  const CUpdateCheck& UpdateCheck() const { return update_check_; }
   // Used to judge whether pixel values fit a block; may be null.
   void SetTextMetrics(const ITextMetrics* metrics) { metrics_ = metrics; }
 
@@ -123,6 +131,7 @@ class CViewerController {
   StatusFields shown_status_;
   bool status_shown_ = false;
   bool menus_set_ = false;
+  CUpdateCheck update_check_;
 };
 
 }  // namespace korvanel

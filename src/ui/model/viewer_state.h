@@ -13,6 +13,7 @@
 #include "ui/model/geometry.h"
 #include "ui/model/image_view.h"
 #include "ui/model/status_bar.h"
+#include "ui/model/update_check.h"
 #include "ui/model/view_flags.h"
 
 namespace korvanel {
@@ -24,6 +25,7 @@ struct ViewerSettings {
   bool value_comma = false;
   std::vector<Rgb> ruler_colors;  // empty: red
   RulerSettings ruler_settings;
+  UpdateSettings update;
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };
@@ -52,6 +54,7 @@ struct ViewerState {
   StatusMessage message;
   ScreenPoint cursor{-1, -1};
   std::vector<ImageView> views;
+  UpdateState update;
 
   ImageView* FindView(uint64_t serial);
   const ImageView* FindView(uint64_t serial) const;
