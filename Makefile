@@ -8,7 +8,7 @@ TSAN_TESTS ?= WorkerPool|JobRunner|SplitRegion|SyncEvent|ImageEval|IEval|Unpack|
 WERROR     := $(if $(CI),ON,OFF)
 CMAKE_GEN  := cmake -G Ninja -DKORVANEL_WERROR=$(WERROR)
 
-.PHONY: all bootstrap build run test bench sanitize tsan fuzz fuzz-build fuzz-merge clean
+.PHONY: all bootstrap build run test bench package install sanitize tsan fuzz fuzz-build fuzz-merge clean
 
 all: build
 
@@ -30,6 +30,14 @@ test: build
 bench: bootstrap $(BUILD)/build.ninja
 	cmake --build $(BUILD) --target korvanel_bench korvanel_viewer_bench
 	$(BUILD)/bench/korvanel_bench $(BENCH_ARGS)
+
+# The Debian package (CPack): $(BUILD)/korvanel_<version>_<arch>.deb.
+package: build
+	cmake --build $(BUILD) --target package
+
+# Installs into CMAKE_INSTALL_PREFIX (/usr/local unless PREFIX=... is given).
+install: build
+	cmake --install $(BUILD) $(if $(PREFIX),--prefix $(PREFIX))
 
 # The whole suite under AddressSanitizer + UndefinedBehaviorSanitizer.
 sanitize: bootstrap

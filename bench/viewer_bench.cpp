@@ -112,6 +112,7 @@ class NullHost : public IViewerHost {
   void OpenDialog(DialogId) override {}
   void SetMenuState(Command, bool, bool) override {}
   void DestroyWindow() override {}
+  void StartUpdateCheck(const std::string&) override {}
 };
 
 struct ViewSetup {

@@ -10,6 +10,7 @@
 #include "app/new_image_name.h"
 #include "app/operation_host.h"
 #include "app/summary_line.h"
+#include "app/writable_home.h"
 #include "files/load_new_image.h"
 #include "image/color_transform.h"
 #include "image/text_util.h"
@@ -90,7 +91,7 @@ void AppState::ApplyConfiguration(const ConfigValues& values) {
   save_text_hex_c_array_ = values.developer.save_image_text_hex_c_array;
   work_path_ = values.system.work_path;
   format_file_path_ = values.system.format_file_path;
-  ieval_file_path_ = values.system.ieval_file_path;
+  ieval_file_path_ = ResolveWritablePath(values.system.ieval_file_path).string();
   force_thread_per_core_ = values.developer.force_thread_per_core;
   diff_type_ = values.image.diff_type;
   default_zoom_ = values.gui.def_zoom;

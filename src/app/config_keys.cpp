@@ -217,6 +217,8 @@ const KeyEntry kKeys[] = {
      -1, 32},
     {S::kSystem, "app_close_prompt", K::kEnum, "new_created_image",
      System<&ConfigSystem::app_close_prompt>(), 0, 0, kClosePromptWords},
+    {S::kSystem, "update_check_url", K::kText, "", System<&ConfigSystem::update_check_url>()},
+    {S::kSystem, "update_download_url", K::kText, "", System<&ConfigSystem::update_download_url>()},
     // [developer]
     {S::kDeveloper, "debug_load_format_log", K::kLog, "1, qel.log_fmt.txt",
      Developer<&ConfigDeveloper::debug_load_format_log>(), 0, 2},

@@ -153,6 +153,9 @@ struct ConfigSystem {
   bool auto_check_updates = false;
   int32_t max_process_threads = 0;  // 0: every logical processor, -1: no workers
   ClosePrompt app_close_prompt = ClosePrompt::kNewCreatedImage;
+  // The update document and the download page; empty: no network at all.
+  std::string update_check_url;
+  std::string update_download_url;
   friend bool operator==(const ConfigSystem&, const ConfigSystem&) = default;
 };
 

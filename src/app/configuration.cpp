@@ -2,6 +2,7 @@
 
 #include "app/config_reader.h"
 #include "app/line_reader.h"
+#include "app/writable_home.h"
 #include "image/text_util.h"
 
 namespace korvanel {
@@ -46,8 +47,17 @@ std::filesystem::path ExecutableDirectory() {
 
 CConfiguration& GetConfiguration() {
   static CConfiguration config = [] {
-    CConfiguration created(ExecutableDirectory());
-    created.Load(created.ProgramDir() / kConfigFileName);
+    // An installed program keeps its logs in the XDG state folder and may
+    // find its ini in the XDG configuration folder.
+    const CWritableHome& home = ProgramHome();
+    if (home.UsesFallback()) {
+      std::error_code ignored;  // logs that cannot be written are skipped
+      std::filesystem::create_directories(home.LogFolder(), ignored);
+    }
+    CConfiguration created(home.LogFolder());
+    for (const std::filesystem::path& candidate : home.ConfigFileCandidates(kConfigFileName)) {
+      if (created.Load(candidate)) break;
+    }
     return created;
   }();
   return config;

@@ -18,8 +18,8 @@ inline constexpr const char* kConfigFileName = "Korvanel.ini";
 
 class CConfiguration {
  public:
-  // `program_dir` is the default work path and where "Korvanel.ini" is looked
-  // for by the process-wide instance.
+  // `program_dir` is the default work path: the executable's folder, or the
+  // XDG state folder when that is read-only (writable_home.h).
   explicit CConfiguration(std::filesystem::path program_dir);
 
   // Reads `path` over fresh defaults and applies it, then writes the
@@ -52,7 +52,8 @@ class CConfiguration {
 std::filesystem::path ExecutableDirectory();
 
 // The process-wide instance; the first call loads "Korvanel.ini" from the
-// executable's directory.
+// executable's directory, or when that folder is read-only and has none, from
+// $XDG_CONFIG_HOME/korvanel.
 CConfiguration& GetConfiguration();
 
 }  // namespace korvanel

@@ -66,6 +66,9 @@ TEST(ConfigDefaults, DefaultTextsGiveTheBuiltInValues) {
   EXPECT_EQ(v.system.max_process_threads, 0);
   EXPECT_EQ(v.system.app_close_prompt, ClosePrompt::kNewCreatedImage);
   EXPECT_TRUE(v.system.auto_file_naming);
+  // No address, so nothing touches the network unless configured.
+  EXPECT_EQ(v.system.update_check_url, "");
+  EXPECT_EQ(v.system.update_download_url, "");
   EXPECT_EQ(v.developer.log_app_msg, (LogSetting{true, StampMode::kSession, "qel.log_app.txt"}));
   EXPECT_EQ(v.developer.debug_batch_error_log.file_name, "qel.log_batch.txt");
   EXPECT_EQ(v.developer.debug_load_format_log.file_name, "qel.log_fmt.txt");
@@ -205,6 +208,12 @@ INSTANTIATE_TEST_SUITE_P(
         Accepted{
             "[system]\nauto_file_naming=0\nauto_check_updates=off",
             [](auto& v) { return !v.system.auto_file_naming && !v.system.auto_check_updates; }},
+        Accepted{"[system]\nupdate_check_url = http://127.0.0.1:8080/v.txt\n"
+                 "update_download_url=https://example.org/get?a=1;b=2",
+                 [](auto& v) {
+                   return v.system.update_check_url == "http://127.0.0.1:8080/v.txt" &&
+                          v.system.update_download_url == "https://example.org/get?a=1;b=2";
+                 }},
         Accepted{"[gui]\npixel_display_base=16",
                  [](auto& v) { return v.gui.pixel_display_base == PixelBase::kHex; }},
         Accepted{"[gui]\npixel_display_base=HEX",

@@ -96,7 +96,8 @@ void ClampOffsets(ImageView& view) {
 
 CViewerController::CViewerController(AppState& app, IViewerHost& host,
                                      const ViewerSettings& settings)
-    : app_(app), host_(host), settings_(settings) {
+    : app_(app), host_(host), settings_(settings),
+      update_check_(app, host, state_.update, settings.update) {
   if (settings_.ruler_colors.empty()) settings_.ruler_colors.push_back(kDefaultRulerColor);
   state_.zf = app_.DefaultZoom();
   state_.zoom_text = ZoomText(state_.zf);
@@ -615,6 +616,7 @@ void CViewerController::Execute(Command command) {
     case Command::ToggleFavorLowMemory: app_.SetFavorLowMemory(!app_.FavorLowMemory()); break;
     case Command::ToggleAppLog: app_.SetAppLogEnabled(!app_.AppLogEnabled()); break;
     case Command::ToggleFormatLog: app_.SetFormatLogEnabled(!app_.FormatLogEnabled()); break;
+    case Command::CheckUpdates: update_check_.OnMenu(); break;
     case Command::Exit:
       host_.DestroyWindow();
       return;
@@ -811,6 +813,12 @@ void CViewerController::OnDrop(const std::vector<std::string>& paths) {
 
 bool CViewerController::RequestClose() { return app_.ConfirmExit(); }
 
+void CViewerController::OnUpdateReply(std::optional<std::string_view> body) {
+  update_check_.OnReply(body);
+  state_.view_dirty = true;  // the no-image texts may have changed
+  Repaint();
+}
+
 void CViewerController::OnImagesChanged() {
   SyncViews();
   UpdateStatus();
@@ -979,6 +987,7 @@ const FramePlan& CViewerController::PrepareFrame() {
   plan_.no_image.invitation = plan_.no_image.show ? kNoImageInvitation : "";
   plan_.no_image.newer_version.clear();
   plan_.directive = BuildDirectivePlan();
+  plan_.no_image.newer_version = update_check_.NewerVersionLine();
   state_.view_dirty = false;
   return plan_;
 }

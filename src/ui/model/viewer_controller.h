@@ -22,6 +22,7 @@
 #include "ui/model/layout.h"
 #include "ui/model/pixel_search.h"
 #include "ui/model/timers.h"
+#include "ui/model/update_check.h"
 #include "ui/model/viewer_host.h"
 #include "ui/model/viewer_state.h"
 
@@ -71,6 +72,12 @@ class CViewerController : private IJumpHost, private IFindHost {
   void OnImagesChanged();
   // The filter dialog records what it applies here, for Ctrl+F.
   CLastFilter& LastFilter() { return last_filter_; }
+  // At window creation: the start-up update check, when enabled and an
+  // address is configured.
+  void CheckUpdatesAtStart() { update_check_.OnStart(); }
+  // The update fetch ended: the document's bytes, or nothing on failure.
+  void OnUpdateReply(std::optional<std::string_view> body);
+  const CUpdateCheck& UpdateCheck() const { return update_check_; }
   // Used to judge whether pixel values fit a block; may be null.
   void SetTextMetrics(const ITextMetrics* metrics) { metrics_ = metrics; }
 
@@ -193,6 +200,7 @@ class CViewerController : private IJumpHost, private IFindHost {
   bool menus_set_ = false;
   bool start_texts_shown_ = false;
   CLastFilter last_filter_;
+  CUpdateCheck update_check_;
 };
 
 }  // namespace korvanel

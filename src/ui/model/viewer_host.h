@@ -39,6 +39,9 @@ class IViewerHost {
   virtual void OpenDialog(DialogId id) = 0;
   virtual void SetMenuState(Command command, bool checked, bool enabled) = 0;
   virtual void DestroyWindow() = 0;  // File > Exit: no prompt
+  // Fetches the update document at `url` without blocking; the window hands
+  // the outcome to CViewerController::OnUpdateReply.
+  virtual void StartUpdateCheck(const std::string& url) = 0;
 };
 
 }  // namespace korvanel

@@ -27,6 +27,8 @@ ViewerSettings ViewerSettings::FromConfig(const ConfigValues& values) {
     settings.ruler_settings.offset_x = at(2);
     settings.ruler_settings.offset_y = at(3);
   }
+  settings.update = {values.system.auto_check_updates, values.system.update_check_url,
+                     values.system.update_download_url};
   return settings;
 }
 

@@ -14,6 +14,7 @@
 #include "ui/model/image_view.h"
 #include "ui/model/pixel_inspection.h"
 #include "ui/model/status_bar.h"
+#include "ui/model/update_check.h"
 #include "ui/model/view_flags.h"
 
 namespace korvanel {
@@ -27,6 +28,7 @@ struct ViewerSettings {
   RulerSettings ruler_settings;
   bool watch_files = true;          // timer 2 polls for files changed outside
   bool reload_keeps_format = true;  // the reload question's check box at first
+  UpdateSettings update;
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };
@@ -48,6 +50,7 @@ struct ViewerState {
   ScreenPoint cursor{-1, -1};
   std::vector<ImageView> views;
   PixelInspection inspect;
+  UpdateState update;
 
   ImageView* FindView(uint64_t serial);
   const ImageView* FindView(uint64_t serial) const;

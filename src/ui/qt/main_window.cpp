@@ -30,7 +30,9 @@
 #include "ui/model/menu_table.h"
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
+#include "ui/qt/dialogs/update_dialog.h"
 #include "ui/qt/frame_renderer.h"
+#include "ui/qt/update_checker.h"
 
 namespace korvanel {
 namespace {
@@ -92,6 +94,7 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
   BuildStatusBar();
   BuildScrollArea();
   BuildTimers();
+  BuildUpdateChecker(config);
   for (const QKeySequence& keys : {QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question)}) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, &CMainWindow::ShowAbout);
   }
@@ -101,6 +104,7 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
   canvas_->SetController(controller_.get());
   canvas_->setFocus();
   resize(1024, 768);
+  controller_->CheckUpdatesAtStart();
 }
 
 CMainWindow::~CMainWindow() {
@@ -285,6 +289,26 @@ ModifiedAnswer CMainWindow::AskFileModified(std::string_view path, bool& keep_se
 void CMainWindow::OpenDialog(DialogId id) {
   // The other dialogs come with the features they belong to.
   if (id == DialogId::About) ShowAbout();
+  if (id == DialogId::Update) ShowUpdateDialog();
+}
+
+void CMainWindow::BuildUpdateChecker(const ConfigValues& config) {
+  update_download_url_ = ToQString(config.system.update_download_url);
+  update_checker_ = new CUpdateChecker(this);
+  connect(update_checker_, &CUpdateChecker::Finished, this, [this](bool ok, const QByteArray& body, const QString&) {
+    if (!ok) {
+      controller_->OnUpdateReply(std::nullopt);
+      return;
+    }
+    controller_->OnUpdateReply(std::string_view(body.constData(), static_cast<size_t>(body.size())));
+  });
+}
+
+void CMainWindow::StartUpdateCheck(const std::string& url) { update_checker_->Start(ToQString(url)); }
+
+void CMainWindow::ShowUpdateDialog() {
+  CUpdateDialog dialog(controller_->State().update.decision, update_download_url_, this);
+  dialog.exec();
 }
 
 void CMainWindow::ShowAbout() {

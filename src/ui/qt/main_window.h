@@ -26,6 +26,7 @@ namespace korvanel {
 class AppState;
 class CCanvas;
 class CFrameRenderer;
+class CUpdateChecker;
 class CViewerController;
 
 class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedbackWindow {
@@ -59,6 +60,7 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   void OpenDialog(DialogId id) override;
   void SetMenuState(Command command, bool checked, bool enabled) override;
   void DestroyWindow() override;
+  void StartUpdateCheck(const std::string& url) override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -80,6 +82,8 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   void BuildTimers();
   void PlaceStatusParts();
   void ShowAbout();
+  void BuildUpdateChecker(const ConfigValues& config);
+  void ShowUpdateDialog();
 
   AppState& app_;
   CQtFeedback feedback_;
@@ -94,6 +98,8 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   QMenu* window_menu_ = nullptr;
   std::vector<QAction*> image_actions_;
   bool destroying_ = false;
+  CUpdateChecker* update_checker_ = nullptr;
+  QString update_download_url_;
 };
 
 }  // namespace korvanel

@@ -1,6 +1,7 @@
 #include "ui/qt/viewer_app.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -37,6 +38,13 @@ class RelayTarget {
   IUserFeedback& previous_;
 };
 
+// Every size the resources hold, so the window manager picks a sharp one.
+QIcon WindowIcon() {
+  QIcon icon;
+  for (int size : {16, 32, 48, 64, 128, 256}) icon.addFile(QString(":/korvanel/icons/korvanel_%1.png").arg(size));
+  return icon;
+}
+
 }  // namespace
 
 bool DisplayAvailable() {
@@ -52,6 +60,7 @@ int RunViewer(AppState& app, CFeedbackRelay& relay, const std::vector<ParsedComm
   }
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName("korvanel");
+  QApplication::setWindowIcon(WindowIcon());
   int status = 0;
   {
     CMainWindow window(app, GetConfiguration().Values());

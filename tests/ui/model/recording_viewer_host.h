@@ -36,6 +36,7 @@ class RecordingViewerHost : public IViewerHost {
     menu[command] = {checked, enabled};
   }
   void DestroyWindow() override { destroyed = true; }
+  void StartUpdateCheck(const std::string& url) override { update_fetches.push_back(url); }
 
   struct MenuState {
     bool checked = false;
@@ -57,6 +58,7 @@ class RecordingViewerHost : public IViewerHost {
   std::vector<DialogId> dialogs;
   std::map<Command, MenuState> menu;
   bool destroyed = false;
+  std::vector<std::string> update_fetches;
 };
 
 }  // namespace korvanel::test
