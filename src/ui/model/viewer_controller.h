@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ui/model/commands.h"
+#include "ui/model/dialog_managers.h"
 #include "ui/model/frame_plan.h"
 #include "ui/model/geometry.h"
 #include "ui/model/keys.h"
@@ -60,6 +61,21 @@ class CViewerController {
   // renditions of the drawn images, and clears view-dirty.
   const FramePlan& PrepareFrame();
   const ViewerState& State() const { return state_; }
+
+  // The dialogs' state for the session; the window's dialogs edit it.
+  DialogManagers& Dialogs() { return dialogs_; }
+  // A dialog changed images (filtered, created): redraw everything.
+  void OnDialogApplied();
+  // Ctrl+F: the last accepted filter again on the focus image; without one
+  // the filter dialog opens.
+  void ReapplyLastFilter();
+  // "Apply changes" of the ruler settings dialog: the party in compare mode,
+  // else the focus image, takes the dialog's values.
+  DialogResult ApplyRulerSettings();
+  // E: the saved list is read again first unless it is read at start only.
+  void OpenImageEvalDialog();
+  // Ctrl+E: the last I-Eval request again; without one the dialog opens.
+  void ReapplyLastIEval();
   // The scroll bars as last sent to the host.
   const ScrollBarState& HorizontalBar() const { return h_bar_; }
   const ScrollBarState& VerticalBar() const { return v_bar_; }
@@ -109,6 +125,7 @@ class CViewerController {
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
   bool ValuesFit(uint32_t k, bool one_component) const;
   std::string TabText(size_t index) const;
+  void OpenImageDialog(DialogId id);
 
   AppState& app_;
   IViewerHost& host_;
@@ -123,6 +140,7 @@ class CViewerController {
   StatusFields shown_status_;
   bool status_shown_ = false;
   bool menus_set_ = false;
+  DialogManagers dialogs_;
 };
 
 }  // namespace korvanel

@@ -24,6 +24,8 @@ struct ViewerSettings {
   bool value_comma = false;
   std::vector<Rgb> ruler_colors;  // empty: red
   RulerSettings ruler_settings;
+  // The dialogs' configured start values.
+  ConfigValues dialog_defaults;
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };

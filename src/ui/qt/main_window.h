@@ -19,6 +19,7 @@ class QAbstractScrollArea;
 class QAction;
 class QLabel;
 class QMenu;
+class QDialog;
 class QTimer;
 
 namespace korvanel {
@@ -80,6 +81,10 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   void BuildTimers();
   void PlaceStatusParts();
   void ShowAbout();
+  // A modal dialog over the focus image; redraws when it applied.
+  template <typename Dialog, typename Manager>
+  void RunImageDialog(Manager& manager);
+  void ShowRulerSettings();
 
   AppState& app_;
   CQtFeedback feedback_;
@@ -94,6 +99,7 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   QMenu* window_menu_ = nullptr;
   std::vector<QAction*> image_actions_;
   bool destroying_ = false;
+  QDialog* ruler_dialog_ = nullptr;
 };
 
 }  // namespace korvanel

@@ -4,6 +4,8 @@
 #include <QString>
 #include <cstdio>
 
+#include "ui/qt/open_raw_dialog.h"
+
 namespace korvanel {
 namespace {
 
@@ -60,5 +62,11 @@ void CQtFeedback::ImagesMenuChanged(const std::vector<MenuEntry>& entries, std::
 void CQtFeedback::HasImagesChanged(bool has_images) { window_.ShowHasImages(has_images); }
 
 void CQtFeedback::RequestRepaint() { window_.Repaint(); }
+
+bool CQtFeedback::AskOpenRawFormat(std::string_view path, OpenRawAnswer& answer) {
+  if (open_raw_app_ == nullptr || open_raw_ == nullptr) return false;
+  COpenRawDialog dialog(*open_raw_app_, *open_raw_, path, window_.DialogParent());
+  return dialog.Ask(answer);
+}
 
 }  // namespace korvanel

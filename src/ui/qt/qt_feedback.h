@@ -6,6 +6,9 @@ class QWidget;
 
 namespace korvanel {
 
+class AppState;
+class COpenRawImageManager;
+
 // What the window does with the core's view notifications.
 class IFeedbackWindow {
  public:
@@ -31,9 +34,18 @@ class CQtFeedback final : public IUserFeedback {
   void ImagesMenuChanged(const std::vector<MenuEntry>& entries, std::optional<size_t> checked) override;
   void HasImagesChanged(bool has_images) override;
   void RequestRepaint() override;
+  // The open-raw dialog over `manager`, its refusals told through `app`;
+  // refused (as without a window) until BindOpenRaw was called.
+  bool AskOpenRawFormat(std::string_view path, OpenRawAnswer& answer) override;
+  void BindOpenRaw(AppState& app, COpenRawImageManager& manager) {
+    open_raw_app_ = &app;
+    open_raw_ = &manager;
+  }
 
  private:
   IFeedbackWindow& window_;
+  AppState* open_raw_app_ = nullptr;
+  COpenRawImageManager* open_raw_ = nullptr;
 };
 
 }  // namespace korvanel
