@@ -6,6 +6,7 @@
 #include "image/image_gray.h"
 #include "support/image_builders.h"
 #include "support/recording_feedback.h"
+#include "support/temp_dir.h"
 #include "ui/model/recording_viewer_host.h"
 #include "ui/model/viewer_controller.h"
 
@@ -82,6 +83,44 @@ TEST_F(DialogCommands, RulerSettingsReachTheFocusViewAndKeepOffsetsInScreenMode)
   ASSERT_TRUE(refusal.has_value());
   EXPECT_EQ(refusal->title, "Ruler settings error");
   EXPECT_EQ(controller.PrepareFrame().panels.at(0).ruler.settings, (RulerSettings{true, 7, 9, 4, 5}));
+}
+
+TEST(DialogCommandsIEval, EReadsTheSavedListAgainUnlessReadAtStartOnly) {
+  for (const bool startup_only : {false, true}) {
+    test::TempDir dir;
+    test::RecordingFeedback feedback;
+    AppState app{feedback};
+    ConfigValues values;
+    values.system.ieval_file_path = (dir / "list.txt").string();
+    values.system.ieval_load_saved_startup_only = startup_only;
+    app.ApplyConfiguration(values);
+    test::RecordingViewerHost host;
+    ViewerSettings settings = ViewerSettings::FromConfig(values);
+    CViewerController controller{app, host, settings};
+    controller.OnKey({Key::E, {}});
+    EXPECT_TRUE(host.dialogs.empty());
+    app.RegisterImage(test::MakeImage<CImageGray>(8, 4, 2), "a.raw", "P,Y,8", false);
+    EXPECT_TRUE(app.SavedIEvals().Names().empty());
+    dir.Write("list.txt", "<Edited>\ni\n</Edited>\n");
+    controller.OnKey({Key::E, {}});
+    // Ctrl+E with nothing run yet opens the dialog too.
+    controller.OnKey({Key::E, Modifiers{.ctrl = true}});
+    EXPECT_EQ(host.dialogs, (std::vector<DialogId>{DialogId::ImageEval, DialogId::ImageEval}));
+    EXPECT_EQ(app.SavedIEvals().Names().size(), startup_only ? 0u : 1u) << startup_only;
+  }
+}
+
+TEST_F(DialogCommands, CtrlERepeatsTheLastRunOnTheFocusImage) {
+  AddGray();
+  controller.OnImagesChanged();
+  CImageEvalManager& ieval = controller.Dialogs().ieval;
+  ieval.expression = "{255-i}";
+  ASSERT_FALSE(ieval.Apply(app).has_value()) << feedback.messages.front();
+  ASSERT_EQ(app.Images().Count(), 2u);
+  controller.OnKey({Key::E, Modifiers{.ctrl = true}});
+  EXPECT_TRUE(host.dialogs.empty());
+  EXPECT_EQ(app.Images().Count(), 3u);
+  EXPECT_EQ(app.Images().At(2).display_name, "ieval_out_image");
 }
 
 }  // namespace

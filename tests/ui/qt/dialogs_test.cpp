@@ -7,6 +7,8 @@
 #include <QLineEdit>
 #include <QCheckBox>
 #include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -25,10 +27,12 @@
 #include "support/temp_dir.h"
 #include "ui/model/convert_raw_manager.h"
 #include "ui/model/filter_colors_manager.h"
+#include "ui/model/image_eval_manager.h"
 #include "ui/model/open_raw_image_manager.h"
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/convert_dialog.h"
 #include "ui/qt/filter_dialog.h"
+#include "ui/qt/image_eval_dialog.h"
 #include "ui/qt/ruler_settings_dialog.h"
 #include "ui/qt/history_combo.h"
 #include "ui/qt/main_window.h"
@@ -247,6 +251,82 @@ TEST_F(FilterDialogTest, ConvertRefusalStaysAndGoodInputAddsTheImage) {
   ASSERT_EQ(app.Images().Count(), 2u);
   EXPECT_EQ(app.Images().At(1).image->GetBitsPerComponent(), 16u);
   EXPECT_EQ(app.EditHistory().Entries(kConvertSizeTag), (std::vector<std::string>{"w*2;h"}));
+}
+
+class ImageEvalDialogTest : public FilterDialogTest {
+ protected:
+  ImageEvalDialogTest() {
+    ConfigValues values;
+    values.system.ieval_file_path = (dir / "list.txt").string();
+    app.ApplyConfiguration(values);
+    dir.Write("list.txt", "<Half>\ni/2\n</Half>\n<Add>\ni+1\n</Add>\n");
+    app.ReloadSavedIEvals();
+  }
+  test::TempDir dir;
+};
+
+TEST_F(ImageEvalDialogTest, OpensWithTheConfiguredValuesAndTheSavedList) {
+  ConfigDialogIeval defaults;
+  defaults.def_ieval_expr = "{$Half$}";
+  defaults.def_out_of_range_val = "5";
+  defaults.apply_on_roi = true;
+  defaults.output_channels = OutputChannels::kSingle;
+  defaults.bpp = IevalBppChoice::k16;
+  CImageEvalManager manager(defaults);
+  CImageEvalDialog dialog(app, manager);
+  auto& editor = Child<QPlainTextEdit>(dialog, "expression");
+  EXPECT_EQ(editor.toPlainText(), "{$Half$}");
+  EXPECT_EQ(Child<CHistoryCombo>(dialog, "out_of_range").currentText(), "5");
+  EXPECT_TRUE(Child<QCheckBox>(dialog, "roi_only").isChecked());
+  EXPECT_TRUE(Child<QRadioButton>(dialog, "channels_single").isChecked());
+  EXPECT_TRUE(Child<QRadioButton>(dialog, "bpp_16").isChecked());
+  auto& list = Child<QListWidget>(dialog, "saved_list");
+  ASSERT_EQ(list.count(), 2);
+  EXPECT_EQ(list.item(0)->text(), "Half");
+  auto& view = Child<QPushButton>(dialog, "view_toggle");
+  EXPECT_EQ(view.text(), "Sorted list ->");
+  view.click();
+  EXPECT_EQ(list.item(0)->text(), "Add");
+  EXPECT_EQ(view.text(), "Custom list ->");
+
+  auto& toggle = Child<QPushButton>(dialog, "expand_toggle");
+  toggle.click();
+  EXPECT_EQ(editor.toPlainText(), "{i/2}");
+  EXPECT_EQ(toggle.text(), "Show original");
+  toggle.click();
+  EXPECT_EQ(editor.toPlainText(), "{$Half$}");
+
+  // A double click adds the marker, a right click the expression itself.
+  dialog.show();
+  const QRect add = list.visualItemRect(list.item(0));
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, add.center());
+  QTest::mouseClick(list.viewport(), Qt::RightButton, {}, add.center());
+  EXPECT_EQ(editor.toPlainText(), "{$Half$}{$Add$}{i+1}");
+}
+
+TEST_F(ImageEvalDialogTest, BadRunStaysOpenAndAGoodOneAddsTheImage) {
+  CImageEvalManager manager({});
+  CImageEvalDialog dialog(app, manager);
+  dialog.show();
+  auto& editor = Child<QPlainTextEdit>(dialog, "expression");
+  editor.setPlainText("{$Nope$}");
+  Child<QPushButton>(dialog, "expand_toggle").click();
+  EXPECT_EQ(feedback.messages, (std::vector<std::string>{"[I-Eval error]: I-Eval error: Unknown name marker 'Nope' in pos 1"}));
+  EXPECT_EQ(editor.toPlainText(), "{$Nope$}");
+  dialog.accept();
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(feedback.messages.size(), 2u);
+  EXPECT_EQ(app.Images().Count(), 1u);
+
+  editor.setPlainText("{$Add$}");
+  Child<CHistoryCombo>(dialog, "save_name").SetText("Plus one");
+  Child<QPushButton>(dialog, "save").click();
+  EXPECT_EQ(Child<QListWidget>(dialog, "saved_list").count(), 3);
+  dialog.accept();
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(app.Images().Count(), 2u);
+  EXPECT_EQ(test::ReadWholeFile(dir / "list.txt"),
+            "<Half>\ni/2\n</Half>\n<Add>\ni+1\n</Add>\n<Plus one>\n{$Add$}\n</Plus one>\n");
 }
 
 TEST(RulerSettingsWindow, ApplyChangesReachesTheViewAndARefusalIsShown) {
