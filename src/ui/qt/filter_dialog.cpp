@@ -1,6 +1,7 @@
 #include "ui/qt/filter_dialog.h"
 
 #include <QFormLayout>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include "ui/model/filter_colors_manager.h"

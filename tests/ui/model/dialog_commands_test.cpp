@@ -13,6 +13,8 @@
 namespace korvanel {
 namespace {
 
+constexpr Modifiers kCtrl{false, true, false};
+
 class DialogCommands : public ::testing::Test {
  protected:
   void AddGray() { app.RegisterImage(test::MakeImage<CImageGray>(8, 4, 2), "a.raw", "P,Y,8", false); }
@@ -25,13 +27,13 @@ class DialogCommands : public ::testing::Test {
 
 TEST_F(DialogCommands, FilterKeysOpenTheDialogOnlyWithAnImage) {
   controller.Execute(Command::FilterDialog);
-  controller.OnKey({Key::F, Modifiers{.ctrl = true}});
+  controller.OnKey({Key::F, kCtrl});
   EXPECT_TRUE(host.dialogs.empty());
   AddGray();
   controller.OnImagesChanged();
   controller.OnChar(U'f', {});
   // Ctrl+F before any accepted filter opens the dialog instead.
-  controller.OnKey({Key::F, Modifiers{.ctrl = true}});
+  controller.OnKey({Key::F, kCtrl});
   EXPECT_EQ(host.dialogs, (std::vector<DialogId>{DialogId::Filter, DialogId::Filter}));
 }
 
@@ -45,7 +47,7 @@ TEST_F(DialogCommands, CtrlFRepeatsTheAcceptedFilterAndShowsARefusal) {
   ASSERT_EQ(app.Images().Count(), 2u);
   controller.OnDialogApplied();
 
-  controller.OnKey({Key::F, Modifiers{.ctrl = true}});
+  controller.OnKey({Key::F, kCtrl});
   EXPECT_TRUE(host.dialogs.empty());
   EXPECT_EQ(app.Images().Count(), 3u);
   EXPECT_TRUE(feedback.messages.empty());
@@ -53,7 +55,7 @@ TEST_F(DialogCommands, CtrlFRepeatsTheAcceptedFilterAndShowsARefusal) {
   // The registry is full: the repeat is refused with the operation's box.
   while (app.Images().Count() < 20) AddGray();
   controller.OnImagesChanged();
-  controller.OnKey({Key::F, Modifiers{.ctrl = true}});
+  controller.OnKey({Key::F, kCtrl});
   EXPECT_EQ(feedback.messages,
             (std::vector<std::string>{"[Filter colors error]: Filter colors error: no free image slots"}));
 }
@@ -76,7 +78,8 @@ TEST_F(DialogCommands, RulerSettingsReachTheFocusViewAndKeepOffsetsInScreenMode)
   ruler.screen_spacing = "7,9";
   EXPECT_FALSE(controller.ApplyRulerSettings().has_value());
   EXPECT_EQ(controller.PrepareFrame().panels.at(0).ruler.settings, (RulerSettings{true, 7, 9, 4, 5}));
-  EXPECT_EQ(app.EditHistory().Entries(kRulerScreenSpacingTag), (std::vector<std::string>{"7,9"}));
+  // Each apply records every field, the one not in force too.
+  EXPECT_EQ(app.EditHistory().Entries(kRulerScreenSpacingTag), (std::vector<std::string>{"7,9", "100,100"}));
 
   ruler.screen_spacing = "0,9";
   const DialogResult refusal = controller.ApplyRulerSettings();
@@ -104,7 +107,7 @@ TEST(DialogCommandsIEval, EReadsTheSavedListAgainUnlessReadAtStartOnly) {
     dir.Write("list.txt", "<Edited>\ni\n</Edited>\n");
     controller.OnKey({Key::E, {}});
     // Ctrl+E with nothing run yet opens the dialog too.
-    controller.OnKey({Key::E, Modifiers{.ctrl = true}});
+    controller.OnKey({Key::E, kCtrl});
     EXPECT_EQ(host.dialogs, (std::vector<DialogId>{DialogId::ImageEval, DialogId::ImageEval}));
     EXPECT_EQ(app.SavedIEvals().Names().size(), startup_only ? 0u : 1u) << startup_only;
   }
@@ -117,7 +120,7 @@ TEST_F(DialogCommands, CtrlERepeatsTheLastRunOnTheFocusImage) {
   ieval.expression = "{255-i}";
   ASSERT_FALSE(ieval.Apply(app).has_value()) << feedback.messages.front();
   ASSERT_EQ(app.Images().Count(), 2u);
-  controller.OnKey({Key::E, Modifiers{.ctrl = true}});
+  controller.OnKey({Key::E, kCtrl});
   EXPECT_TRUE(host.dialogs.empty());
   EXPECT_EQ(app.Images().Count(), 3u);
   EXPECT_EQ(app.Images().At(2).display_name, "ieval_out_image");

@@ -123,7 +123,9 @@ TEST_F(ImageEvalManagerTest, ExpandedViewShowsMarkersReplacedOrTheirError) {
     manager.expression = text;
     std::string expanded;
     EXPECT_EQ(manager.ExpandedText(app, expanded), expected) << text;
-    if (!expected) EXPECT_EQ(expanded, "{i/2}+1");
+    if (!expected) {
+      EXPECT_EQ(expanded, "{i/2}+1");
+    }
   }
 }
 
@@ -177,7 +179,9 @@ TEST(ImageEvalManager, StartsFromTheConfiguredValues) {
   EXPECT_EQ(manager.channels, IEvalChannelMode::Context);
   EXPECT_TRUE(manager.yuv);
   EXPECT_EQ(manager.out_bits, 16u);
-  const CImageEvalManager single(ConfigDialogIeval{.output_channels = OutputChannels::kSingle});
+  ConfigDialogIeval single_channel;
+  single_channel.output_channels = OutputChannels::kSingle;
+  const CImageEvalManager single(single_channel);
   EXPECT_EQ(single.channels, IEvalChannelMode::Single);
   EXPECT_FALSE(single.yuv);
   EXPECT_EQ(single.out_bits, 0u);

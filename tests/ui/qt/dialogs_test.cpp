@@ -299,6 +299,7 @@ TEST_F(ImageEvalDialogTest, OpensWithTheConfiguredValuesAndTheSavedList) {
   // A double click adds the marker, a right click the expression itself.
   dialog.show();
   const QRect add = list.visualItemRect(list.item(0));
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, add.center());
   QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, add.center());
   QTest::mouseClick(list.viewport(), Qt::RightButton, {}, add.center());
   EXPECT_EQ(editor.toPlainText(), "{$Half$}{$Add$}{i+1}");
