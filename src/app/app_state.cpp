@@ -60,6 +60,7 @@ AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
   ApplyConfiguration(config.Values());
   SetFormatLog(&config.Logs().format_load);
   LoadFormats("");
+  if (config.Values().system.reload_dialogs_edit_history) edit_history_.Load(EditHistoryPath());
 }
 
 AppState::~AppState() {
@@ -116,14 +117,29 @@ JobRunner& AppState::Jobs() {
 bool AppState::OperationRunning() const { return operation_host_ && operation_host_->Running(); }
 
 CIEvalList& AppState::SavedIEvals() {
-  if (!saved_ievals_) {
-    saved_ievals_ = std::make_unique<CIEvalList>();
-    std::vector<std::string> messages;
-    const std::string path = ieval_file_path_.empty() ? "qel.ieval.txt" : ieval_file_path_;
-    saved_ievals_->Load(path, messages);
-    for (const std::string& message : messages) ShowMessage(message, "Load I-Eval list");
-  }
+  if (!saved_ievals_) ReloadSavedIEvals();
   return *saved_ievals_;
+}
+
+std::string AppState::SavedIEvalsPath() const {
+  return ieval_file_path_.empty() ? "qel.ieval.txt" : ieval_file_path_;
+}
+
+void AppState::ReloadSavedIEvals() {
+  if (!saved_ievals_) saved_ievals_ = std::make_unique<CIEvalList>();
+  std::vector<std::string> messages;
+  saved_ievals_->Load(SavedIEvalsPath(), messages);
+  for (const std::string& message : messages) ShowMessage(message, "Load I-Eval list");
+}
+
+std::filesystem::path AppState::EditHistoryPath() const {
+  if (config_ == nullptr) return {};
+  return std::filesystem::path(work_path_) / kEditHistoryFileName;
+}
+
+bool AppState::StoreEditHistory() const {
+  const std::filesystem::path path = EditHistoryPath();
+  return !path.empty() && edit_history_.Store(path);
 }
 
 // --- messages ----------------------------------------------------------------

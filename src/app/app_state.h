@@ -6,12 +6,14 @@
 
 #include <cstdint>
 #include <deque>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "app/config_values.h"
+#include "app/edit_history.h"
 #include "app/image_registry.h"
 #include "app/user_feedback.h"
 #include "expr/ieval_list.h"
@@ -194,6 +196,20 @@ class AppState {
   bool OperationRunning() const;
   // The saved I-Eval list, read from IevalFilePath() at first use.
   CIEvalList& SavedIEvals();
+  // Where the saved list is kept ("qel.ieval.txt" unless configured).
+  std::string SavedIEvalsPath() const;
+  // Reads the list from its file again, telling the user what failed.
+  void ReloadSavedIEvals();
+
+  // --- dialog edit history -------------------------------------------------
+  // Read from EditHistoryPath() at construction when reload_dialogs_edit_history
+  // is on, else empty.
+  CEditHistory& EditHistory() { return edit_history_; }
+  // "Korvanel.dat" in the work path, where the logs go; empty without a
+  // configuration (nothing is stored then).
+  std::filesystem::path EditHistoryPath() const;
+  // Writes the history; false when there is no path or it cannot be written.
+  bool StoreEditHistory() const;
 
  private:
   void RebuildImagesMenu();
@@ -252,6 +268,7 @@ class AppState {
   std::unique_ptr<JobRunner> jobs_;
   std::unique_ptr<COperationHost> operation_host_;
   std::unique_ptr<CIEvalList> saved_ievals_;
+  CEditHistory edit_history_;
 
   std::vector<MenuEntry> images_menu_;
   char message_[kMessageBufferSize] = {};

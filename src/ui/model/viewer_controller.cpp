@@ -97,7 +97,8 @@ void ClampOffsets(ImageView& view) {
 CViewerController::CViewerController(AppState& app, IViewerHost& host,
                                      const ViewerSettings& settings)
     : app_(app), host_(host), settings_(settings),
-      update_check_(app, host, state_.update, settings.update) {
+      update_check_(app, host, state_.update, settings.update),
+      dialogs_(settings.dialog_defaults) {
   if (settings_.ruler_colors.empty()) settings_.ruler_colors.push_back(kDefaultRulerColor);
   state_.zf = app_.DefaultZoom();
   state_.zoom_text = ZoomText(state_.zf);
@@ -617,6 +618,12 @@ void CViewerController::Execute(Command command) {
     case Command::ToggleAppLog: app_.SetAppLogEnabled(!app_.AppLogEnabled()); break;
     case Command::ToggleFormatLog: app_.SetFormatLogEnabled(!app_.FormatLogEnabled()); break;
     case Command::CheckUpdates: update_check_.OnMenu(); break;
+    case Command::FilterDialog: OpenImageDialog(DialogId::Filter); break;
+    case Command::ReapplyFilter: ReapplyLastFilter(); break;
+    case Command::Convert: OpenImageDialog(DialogId::Convert); break;
+    case Command::RulerSettings: OpenImageDialog(DialogId::RulerSettings); break;
+    case Command::ImageEvaluator: OpenImageEvalDialog(); break;
+    case Command::ReapplyIEval: ReapplyLastIEval(); break;
     case Command::Exit:
       host_.DestroyWindow();
       return;
@@ -665,7 +672,6 @@ void CViewerController::Execute(Command command) {
       break;
     case Command::CopyContext: CopyContext(); break;
     case Command::ClearFilter: ClearFilterCommand(app_, app_.FocusIndex()); break;
-    case Command::ReapplyFilter: last_filter_.Reapply(app_, app_.FocusIndex()); break;
     case Command::CopyPixelText: CopyPixel(); break;
     case Command::JumpToCoordinate: ToggleJumpPhase(); break;
     case Command::JumpIteratePrevious: FeedJumpPhase(U'~'); break;
@@ -824,6 +830,71 @@ void CViewerController::OnImagesChanged() {
   UpdateStatus();
   UpdateMenuChecks();
   Repaint();
+}
+
+// --- dialogs -------------------------------------------------------------------
+
+// The operation dialogs work on the focus image, so they need one.
+void CViewerController::OpenImageDialog(DialogId id) {
+  if (HasImages()) host_.OpenDialog(id);
+}
+
+void CViewerController::OnDialogApplied() {
+  state_.view_dirty = true;
+  OnImagesChanged();
+}
+
+void CViewerController::ReapplyLastFilter() {
+  if (!HasImages()) return;
+  if (!dialogs_.filter.HasLastRequest()) {
+    host_.OpenDialog(DialogId::Filter);
+    return;
+  }
+  if (const DialogResult failure = dialogs_.filter.Reapply(app_); failure && !failure->title.empty()) {
+    app_.ShowMessage(failure->text, failure->title);
+  }
+  OnDialogApplied();
+}
+
+void CViewerController::OpenImageEvalDialog() {
+  if (!HasImages()) return;
+  if (!settings_.dialog_defaults.system.ieval_load_saved_startup_only) app_.ReloadSavedIEvals();
+  host_.OpenDialog(DialogId::ImageEval);
+}
+
+void CViewerController::ReapplyLastIEval() {
+  if (!HasImages()) return;
+  if (!dialogs_.ieval.HasLastRequest()) {
+    OpenImageEvalDialog();
+    return;
+  }
+  // The evaluator shows its own errors.
+  dialogs_.ieval.Reapply(app_);
+  OnDialogApplied();
+}
+
+DialogResult CViewerController::ApplyRulerSettings() {
+  DialogMessage refusal;
+  const std::optional<RulerSettings> settings = dialogs_.ruler.Settings(refusal);
+  if (!settings) return refusal;
+  const std::vector<size_t> targets =
+      app_.CompareMode() ? PartyIndices() : std::vector<size_t>{app_.FocusIndex()};
+  for (size_t index : targets) {
+    ImageView* view = ViewAt(index);
+    if (view == nullptr) continue;
+    // Screen-pixel spacing leaves the image-pixel offsets as they were.
+    const RulerSettings kept = view->ruler;
+    view->ruler = *settings;
+    if (settings->screen_pixels) {
+      view->ruler.offset_x = kept.offset_x;
+      view->ruler.offset_y = kept.offset_y;
+    }
+  }
+  dialogs_.ruler.RecordEditHistory(app_.EditHistory());
+  app_.StoreEditHistory();
+  MarkDirty();
+  Repaint();
+  return std::nullopt;
 }
 
 // --- timers and status ---------------------------------------------------------

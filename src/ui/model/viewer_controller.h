@@ -12,13 +12,13 @@
 #include <vector>
 
 #include "ui/model/commands.h"
+#include "ui/model/dialog_managers.h"
 #include "ui/model/frame_plan.h"
 #include "ui/model/geometry.h"
 #include "ui/model/find_phase.h"
 #include "ui/model/input_phase.h"
 #include "ui/model/jump_phase.h"
 #include "ui/model/keys.h"
-#include "ui/model/last_filter.h"
 #include "ui/model/layout.h"
 #include "ui/model/pixel_search.h"
 #include "ui/model/timers.h"
@@ -70,8 +70,6 @@ class CViewerController : private IJumpHost, private IFindHost {
   void ShowStatusMessage(std::string_view text);
   // The image set changed outside the controller (opened, closed, replaced).
   void OnImagesChanged();
-  // The filter dialog records what it applies here, for Ctrl+F.
-  CLastFilter& LastFilter() { return last_filter_; }
   // At window creation: the start-up update check, when enabled and an
   // address is configured.
   void CheckUpdatesAtStart() { update_check_.OnStart(); }
@@ -87,6 +85,21 @@ class CViewerController : private IJumpHost, private IFindHost {
   const ViewerState& State() const { return state_; }
   // A long operation runs: the window shows its last frame and takes no input.
   bool Busy() const;
+
+  // The dialogs' state for the session; the window's dialogs edit it.
+  DialogManagers& Dialogs() { return dialogs_; }
+  // A dialog changed images (filtered, created): redraw everything.
+  void OnDialogApplied();
+  // Ctrl+F: the last accepted filter again on the focus image; without one
+  // the filter dialog opens.
+  void ReapplyLastFilter();
+  // "Apply changes" of the ruler settings dialog: the party in compare mode,
+  // else the focus image, takes the dialog's values.
+  DialogResult ApplyRulerSettings();
+  // E: the saved list is read again first unless it is read at start only.
+  void OpenImageEvalDialog();
+  // Ctrl+E: the last I-Eval request again; without one the dialog opens.
+  void ReapplyLastIEval();
   // The scroll bars as last sent to the host.
   const ScrollBarState& HorizontalBar() const { return h_bar_; }
   const ScrollBarState& VerticalBar() const { return v_bar_; }
@@ -147,6 +160,7 @@ class CViewerController : private IJumpHost, private IFindHost {
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
   bool ValuesFit(uint32_t k, bool one_component) const;
   std::string TabText(size_t index) const;
+  void OpenImageDialog(DialogId id);
 
   // --- pixel inspection (viewer_inspection.cpp) ---
   void UpdateReadout();
@@ -199,8 +213,8 @@ class CViewerController : private IJumpHost, private IFindHost {
   bool status_shown_ = false;
   bool menus_set_ = false;
   bool start_texts_shown_ = false;
-  CLastFilter last_filter_;
   CUpdateCheck update_check_;
+  DialogManagers dialogs_;
 };
 
 }  // namespace korvanel

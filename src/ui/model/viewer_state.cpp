@@ -16,6 +16,7 @@ ViewerSettings ViewerSettings::FromConfig(const ConfigValues& values) {
   settings.ruler_colors = gui.ruler_color;
   settings.watch_files = !values.system.ignore_file_extern_modify;
   settings.reload_keeps_format = values.dialog_file_modify.try_relaod_same_file_cfg;
+  settings.dialog_defaults = values;
   const ConfigDialogRuler& ruler = values.dialog_ruler;
   settings.ruler_settings.screen_pixels = ruler.cfg_type == RulerSpacing::kScreen;
   const std::vector<int32_t>& spacing =

@@ -29,6 +29,8 @@ struct ViewerSettings {
   bool watch_files = true;          // timer 2 polls for files changed outside
   bool reload_keeps_format = true;  // the reload question's check box at first
   UpdateSettings update;
+  // The dialogs' configured start values.
+  ConfigValues dialog_defaults;
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };

@@ -31,6 +31,10 @@
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
 #include "ui/qt/dialogs/update_dialog.h"
+#include "ui/qt/convert_dialog.h"
+#include "ui/qt/filter_dialog.h"
+#include "ui/qt/image_eval_dialog.h"
+#include "ui/qt/ruler_settings_dialog.h"
 #include "ui/qt/frame_renderer.h"
 #include "ui/qt/update_checker.h"
 
@@ -101,6 +105,7 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
   controller_ = std::make_unique<CViewerController>(app_, *this, ViewerSettings::FromConfig(config));
   // Pixel values show only where the value font really fits a block.
   controller_->SetTextMetrics(&renderer_->TextMetrics());
+  feedback_.BindOpenRaw(app_, controller_->Dialogs().open_raw);
   canvas_->SetController(controller_.get());
   canvas_->setFocus();
   resize(1024, 768);
@@ -108,6 +113,8 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
 }
 
 CMainWindow::~CMainWindow() {
+  app_.StoreEditHistory();
+  delete ruler_dialog_;  // it reaches the controller's state
   // The canvas must not reach a controller that is gone.
   canvas_->SetController(nullptr);
   controller_.reset();
@@ -287,9 +294,12 @@ ModifiedAnswer CMainWindow::AskFileModified(std::string_view path, bool& keep_se
 }
 
 void CMainWindow::OpenDialog(DialogId id) {
-  // The other dialogs come with the features they belong to.
   if (id == DialogId::About) ShowAbout();
   if (id == DialogId::Update) ShowUpdateDialog();
+  if (id == DialogId::Filter) RunImageDialog<CFilterDialog>(controller_->Dialogs().filter);
+  if (id == DialogId::Convert) RunImageDialog<CConvertDialog>(controller_->Dialogs().convert);
+  if (id == DialogId::RulerSettings) ShowRulerSettings();
+  if (id == DialogId::ImageEval) RunImageDialog<CImageEvalDialog>(controller_->Dialogs().ieval);
 }
 
 void CMainWindow::BuildUpdateChecker(const ConfigValues& config) {
@@ -309,6 +319,23 @@ void CMainWindow::StartUpdateCheck(const std::string& url) { update_checker_->St
 void CMainWindow::ShowUpdateDialog() {
   CUpdateDialog dialog(controller_->State().update.decision, update_download_url_, this);
   dialog.exec();
+}
+
+// Modeless: one instance, raised when asked for again.
+void CMainWindow::ShowRulerSettings() {
+  if (ruler_dialog_ == nullptr) {
+    ruler_dialog_ = new CRulerSettingsDialog(
+        app_, controller_->Dialogs().ruler, [this] { return controller_->ApplyRulerSettings(); }, this);
+  }
+  ruler_dialog_->show();
+  ruler_dialog_->raise();
+  ruler_dialog_->activateWindow();
+}
+
+template <typename Dialog, typename Manager>
+void CMainWindow::RunImageDialog(Manager& manager) {
+  Dialog dialog(app_, manager, this);
+  if (dialog.exec() == QDialog::Accepted) controller_->OnDialogApplied();
 }
 
 void CMainWindow::ShowAbout() {

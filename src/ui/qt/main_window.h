@@ -19,6 +19,7 @@ class QAbstractScrollArea;
 class QAction;
 class QLabel;
 class QMenu;
+class QDialog;
 class QTimer;
 
 namespace korvanel {
@@ -84,6 +85,10 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   void ShowAbout();
   void BuildUpdateChecker(const ConfigValues& config);
   void ShowUpdateDialog();
+  // A modal dialog over the focus image; redraws when it applied.
+  template <typename Dialog, typename Manager>
+  void RunImageDialog(Manager& manager);
+  void ShowRulerSettings();
 
   AppState& app_;
   CQtFeedback feedback_;
@@ -100,6 +105,7 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   bool destroying_ = false;
   CUpdateChecker* update_checker_ = nullptr;
   QString update_download_url_;
+  QDialog* ruler_dialog_ = nullptr;
 };
 
 }  // namespace korvanel

@@ -6,6 +6,8 @@
 #include <QString>
 #include <cstdio>
 
+#include "ui/qt/open_raw_dialog.h"
+
 namespace korvanel {
 namespace {
 
@@ -79,6 +81,12 @@ void CQtFeedback::Progress(std::string_view, uint32_t percent) { runner_.SetPerc
 void CQtFeedback::RunLongOperation(std::string_view title, const std::function<void()>& run,
                                    const std::function<void()>& cancel) {
   runner_.Run(window_.DialogParent(), ToQString(title), run, cancel);
+}
+
+bool CQtFeedback::AskOpenRawFormat(std::string_view path, OpenRawAnswer& answer) {
+  if (open_raw_app_ == nullptr || open_raw_ == nullptr) return false;
+  COpenRawDialog dialog(*open_raw_app_, *open_raw_, path, window_.DialogParent());
+  return dialog.Ask(answer);
 }
 
 }  // namespace korvanel

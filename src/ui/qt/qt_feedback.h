@@ -7,6 +7,9 @@ class QWidget;
 
 namespace korvanel {
 
+class AppState;
+class COpenRawImageManager;
+
 // What the window does with the core's view notifications.
 class IFeedbackWindow {
  public:
@@ -43,6 +46,15 @@ class CQtFeedback final : public IUserFeedback {
  private:
   IFeedbackWindow& window_;
   CProgressRunner runner_;
+  AppState* open_raw_app_ = nullptr;
+  COpenRawImageManager* open_raw_ = nullptr;
+  // The open-raw dialog over `manager`, its refusals told through `app`;
+  // refused (as without a window) until BindOpenRaw was called.
+  bool AskOpenRawFormat(std::string_view path, OpenRawAnswer& answer) override;
+  void BindOpenRaw(AppState& app, COpenRawImageManager& manager) {
+    open_raw_app_ = &app;
+    open_raw_ = &manager;
+  }
 };
 
 }  // namespace korvanel

@@ -1,0 +1,23 @@
+#include "ui/qt/history_combo.h"
+
+#include <QLineEdit>
+
+#include "app/edit_history.h"
+
+namespace korvanel {
+
+CHistoryCombo::CHistoryCombo(const CEditHistory& history, std::string tag, QWidget* parent)
+    : QComboBox(parent), tag_(std::move(tag)) {
+  setEditable(true);
+  setInsertPolicy(QComboBox::NoInsert);
+  // Long expressions must stay readable and must not widen the dialog.
+  setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  setMinimumContentsLength(32);
+  for (const std::string& entry : history.Entries(tag_)) addItem(QString::fromStdString(entry));
+}
+
+std::string CHistoryCombo::Text() const { return currentText().toStdString(); }
+
+void CHistoryCombo::SetText(const std::string& text) { setEditText(QString::fromStdString(text)); }
+
+}  // namespace korvanel
