@@ -7,12 +7,15 @@
 // the next command changes the image set.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/config_values.h"
 #include "image/display_rendition.h"
 #include "ui/model/geometry.h"
+#include "ui/model/help_pages.h"
+#include "ui/model/histogram_overlay.h"
 #include "ui/model/image_view.h"
 
 namespace korvanel {
@@ -42,6 +45,20 @@ struct TabPlan {
   bool close_hovered = false;
 };
 
+// The histogram box over a panel. `data` points into the viewer state and
+// stays valid until the next command changes the image set.
+struct HistogramPlan {
+  bool show = false;
+  const HistogramData* data = nullptr;
+  HistogramBoxLayout layout;
+  bool transparent = false;
+  bool shadow = false;
+  Rgb foreground;
+  Rgb shadow_color;
+  std::optional<HistogramHover> hover;
+  std::vector<std::optional<uint32_t>> lit;  // per channel
+};
+
 struct PanelPlan {
   size_t image_index = 0;
   uint32_t hk_id = 0;
@@ -59,6 +76,7 @@ struct PanelPlan {
   uint32_t rings = 0;
   RulerPlan ruler;
   TabPlan tab;
+  HistogramPlan histogram;
 };
 
 inline constexpr const char* kNoImageInvitation =
@@ -79,6 +97,8 @@ struct FramePlan {
   NoImagePlan no_image;
   bool help_visible = false;
   uint32_t help_page = 0;
+  const std::string* help_text = nullptr;  // the page shown, when visible
+  HelpOverlayLayout help;
 };
 
 }  // namespace korvanel

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "app/app_state.h"
+#include "app/manual_pages.h"
 #include "ops/job_runner.h"
 #include "ui/model/key_tables.h"
 #include "ui/model/menu_table.h"
@@ -14,7 +15,6 @@ namespace korvanel {
 
 namespace {
 
-inline constexpr uint32_t kLastHelpPage = 10;
 // Rings around the focus image's picture when several panels are shown, so
 // the image that zoom and scrolling follow stands out.
 inline constexpr uint32_t kFocusRings = 3;
@@ -90,6 +90,9 @@ CViewerController::CViewerController(AppState& app, IViewerHost& host,
   state_.zf = app_.DefaultZoom();
   state_.zoom_text = ZoomText(state_.zf);
   state_.flags = settings.flags;
+  state_.value_comma = settings.value_comma;
+  state_.histogram = settings.histogram;
+  state_.help_pages = AssembleHelpPages(Manual());
   SyncViews();
 }
 
@@ -102,6 +105,7 @@ void CViewerController::SyncViews() {
   std::erase_if(state_.views, [&](const ImageView& view) {
     return !images.IndexOfSerial(view.serial).has_value();
   });
+  std::erase_if(state_.histograms, [&](const auto& entry) { return !images.IndexOfSerial(entry.first); });
   for (size_t i = 0; i < images.Count(); ++i) {
     const ImageRecord& record = images.At(i);
     ImageView* view = state_.FindView(record.serial);
@@ -426,8 +430,7 @@ void CViewerController::ToggleRulerType() {
 // --- help, escape --------------------------------------------------------------
 
 void CViewerController::ChangeHelpPage(int32_t delta) {
-  const int64_t page = std::clamp<int64_t>(int64_t{state_.help_page} + delta, 0, kLastHelpPage);
-  state_.help_page = static_cast<uint32_t>(page);
+  state_.help_page = StepHelpPage(state_.help_page, delta);
   state_.view_dirty = true;
 }
 
@@ -508,6 +511,11 @@ void CViewerController::Execute(Command command) {
     case Command::HelpPreviousPage: ChangeHelpPage(-1); break;
     case Command::HelpNextPage: ChangeHelpPage(1); break;
     case Command::Escape: Escape(); break;
+    case Command::ToggleHistogram: ToggleHistogramInContext(); break;
+    case Command::ToggleHistogramTransparent:
+    case Command::ToggleHistogramShadow:
+    case Command::NextHistogramColor: ChangeHistogramStyle(command); break;
+    case Command::ToggleBeautify: ToggleBeautify(); break;
     case Command::OpenFile:
       if (const std::optional<std::string> path = host_.AskOpenPath()) app_.OpenImage(*path);
       break;
@@ -555,17 +563,33 @@ void CViewerController::UpdateTabHover() {
   if (!damage.empty()) host_.Invalidate(false, damage);
 }
 
-void CViewerController::OnMouseMove(ScreenPoint p, Modifiers) {
+void CViewerController::OnMouseMove(ScreenPoint p, Modifiers m) {
   SyncViews();  // an image set changed behind our back makes the view dirty
   if (!HasImages() || state_.help_visible || state_.view_dirty || p == state_.cursor) return;
   state_.cursor = p;
   app_.SetHover(ImageUnderCursor(), p.x, p.y);
   UpdateTabHover();
+  UpdateHistogramHover(m);
 }
 
 // ROI selection, tab clicks and phase cancelling come with the readout.
-void CViewerController::OnLeftDown(ScreenPoint, Modifiers) {}
-void CViewerController::OnLeftUp(ScreenPoint) {}
+void CViewerController::OnLeftDown(ScreenPoint p, Modifiers) {
+  SyncViews();
+  if (!HasImages() || state_.view_dirty) return;
+  // A click on an image's tab (not its close box) toggles its histogram.
+  for (const PanelPlan& panel : plan_.panels) {
+    if (panel.tab.rect.Contains(p) && !panel.tab.close_box.Contains(p)) {
+      ToggleHistogramFor(panel.image_index);
+      return;
+    }
+  }
+}
+void CViewerController::OnLeftUp(ScreenPoint) {
+  if (!state_.help_visible) return;  // a left release hides the help overlay
+  state_.help_visible = false;
+  state_.view_dirty = true;
+  Repaint();
+}
 
 void CViewerController::OnRightUp(ScreenPoint) {
   if (!state_.help_visible) return;
@@ -639,6 +663,10 @@ void CViewerController::UpdateMenuChecks() {
       {Command::ToggleAutoNaming, app_.AutoFileNaming()},
       {Command::ToggleHexTextCLayout, app_.SaveTextHexCArray()},
       {Command::ToggleFavorLowMemory, app_.FavorLowMemory()},
+      {Command::ToggleHistogram, focus != nullptr && focus->histogram_visible},
+      {Command::ToggleHistogramTransparent, state_.histogram.transparent},
+      {Command::ToggleHistogramShadow, state_.histogram.shadow},
+      {Command::ToggleBeautify, state_.value_comma},
   };
   menus_set_ = true;
   for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);
@@ -720,7 +748,12 @@ const FramePlan& CViewerController::PrepareFrame() {
   for (size_t i = 0; i < plan_.panels.size(); ++i) {
     plan_.panels[i] = PanelPlan{};
     BuildPanelPlan(drawn[i], i, plan_.panels[i]);
+    // A changed view may come with a changed ROI or filter: the image
+    // recounts only when its region changed.
+    if (state_.view_dirty && state_.histograms.contains(ViewAt(drawn[i])->serial)) RebuildHistogram(drawn[i], false);
+    BuildHistogramPlan(drawn[i], plan_.panels[i]);
   }
+  BuildHelpPlan();
   plan_.no_image.show = !HasImages();
   plan_.no_image.invitation = plan_.no_image.show ? kNoImageInvitation : "";
   plan_.no_image.newer_version.clear();

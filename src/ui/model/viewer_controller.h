@@ -4,7 +4,9 @@
 // AppState and the views, and calls on the host out. All on the UI thread;
 // positions and sizes are device pixels.
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +55,12 @@ class CViewerController {
   void ShowStatusMessage(std::string_view text);
   // The image set changed outside the controller (opened, closed, replaced).
   void OnImagesChanged();
+  // Shows or hides the histogram overlay of image `index` (a click on its
+  // tab); showing it recounts the statistics.
+  void ToggleHistogramFor(size_t index);
+  // Recounts the statistics of every shown overlay (the ROI or the filter
+  // changed).
+  void RefreshHistograms();
   // Used to judge whether pixel values fit a block; may be null.
   void SetTextMetrics(const ITextMetrics* metrics) { metrics_ = metrics; }
 
@@ -109,6 +117,18 @@ class CViewerController {
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
   bool ValuesFit(uint32_t k, bool one_component) const;
   std::string TabText(size_t index) const;
+
+  // The histogram overlay and the help pages (histogram_commands.cpp).
+  void ToggleHistogramInContext();
+  void SetHistogramVisible(size_t index, bool visible);
+  void RebuildHistogram(size_t index, bool recount);
+  bool AnyHistogramShown() const;
+  void ChangeHistogramStyle(Command command);
+  void ToggleBeautify();
+  void UpdateHistogramHover(Modifiers m);
+  std::optional<std::array<uint32_t, 3>> CursorSamples(size_t index) const;
+  void BuildHistogramPlan(size_t index, PanelPlan& plan);
+  void BuildHelpPlan();
 
   AppState& app_;
   IViewerHost& host_;

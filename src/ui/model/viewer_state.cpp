@@ -14,6 +14,7 @@ ViewerSettings ViewerSettings::FromConfig(const ConfigValues& values) {
   settings.ruler_matrix = gui.ruler_type_matrix;
   settings.value_comma = gui.value_comma_decorate;
   settings.ruler_colors = gui.ruler_color;
+  settings.histogram = HistogramStyle::FromConfig(gui);
   const ConfigDialogRuler& ruler = values.dialog_ruler;
   settings.ruler_settings.screen_pixels = ruler.cfg_type == RulerSpacing::kScreen;
   const std::vector<int32_t>& spacing =

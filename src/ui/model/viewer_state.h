@@ -5,12 +5,14 @@
 // and the views of the open images.
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/config_values.h"
 #include "ui/model/geometry.h"
+#include "ui/model/histogram_overlay.h"
 #include "ui/model/image_view.h"
 #include "ui/model/status_bar.h"
 #include "ui/model/view_flags.h"
@@ -24,6 +26,7 @@ struct ViewerSettings {
   bool value_comma = false;
   std::vector<Rgb> ruler_colors;  // empty: red
   RulerSettings ruler_settings;
+  HistogramStyle histogram;
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };
@@ -52,6 +55,10 @@ struct ViewerState {
   StatusMessage message;
   ScreenPoint cursor{-1, -1};
   std::vector<ImageView> views;
+  bool value_comma = false;  // A: numbers grouped by thousands
+  HistogramStyle histogram;
+  std::map<uint64_t, HistogramOverlayState> histograms;  // by image serial, while shown
+  std::vector<std::string> help_pages;                   // 0..10
 
   ImageView* FindView(uint64_t serial);
   const ImageView* FindView(uint64_t serial) const;

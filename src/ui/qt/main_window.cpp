@@ -30,6 +30,7 @@
 #include "ui/model/menu_table.h"
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
+#include "ui/qt/dialogs/help_window.h"
 #include "ui/qt/frame_renderer.h"
 
 namespace korvanel {
@@ -285,6 +286,12 @@ ModifiedAnswer CMainWindow::AskFileModified(std::string_view path, bool& keep_se
 void CMainWindow::OpenDialog(DialogId id) {
   // The other dialogs come with the features they belong to.
   if (id == DialogId::About) ShowAbout();
+  if (id == DialogId::HelpWindow) ShowHelpWindow();
+}
+
+void CMainWindow::ShowHelpWindow() {
+  CHelpWindow help(this);
+  help.exec();
 }
 
 void CMainWindow::ShowAbout() {

@@ -80,6 +80,7 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   void BuildTimers();
   void PlaceStatusParts();
   void ShowAbout();
+  void ShowHelpWindow();
 
   AppState& app_;
   CQtFeedback feedback_;
