@@ -438,16 +438,63 @@ void CViewerController::Escape() {
   if (state_.help_visible) {
     state_.help_visible = false;
     state_.view_dirty = true;
-  } else if (state_.layer.on) {
+  } else if (!CancelPhase() && state_.layer.on) {
     state_.layer.on = false;
     MarkDirty();
   }
+}
+
+// --- input phases --------------------------------------------------------------
+
+InputPhaseKind CViewerController::ActivePhase() const {
+  return phase_ ? phase_->Kind() : InputPhaseKind::None;
+}
+
+bool CViewerController::StartPhase(std::unique_ptr<IInputPhase> phase, std::string_view refusal) {
+  if (phase_ || !phase) {
+    ShowStatusMessage(refusal);
+    return false;
+  }
+  phase_ = std::move(phase);
+  state_.message.showing = false;  // the prompt replaces an older message
+  UpdateStatus();
+  return true;
+}
+
+bool CViewerController::CancelPhase() {
+  if (!phase_) return false;
+  std::unique_ptr<IInputPhase> phase = std::move(phase_);
+  phase->Cancel();
+  ShowStatusMessage(kPhaseCanceledText);
+  MarkDirty();  // back to the FI as it was before the phase
+  return true;
+}
+
+void CViewerController::ApplyPhaseStep(PhaseStep step) {
+  if (step.done) phase_.reset();
+  if (!step.message.empty()) {
+    ShowStatusMessage(step.message);
+  } else {
+    state_.message.showing = false;  // typing shows the prompt again
+    UpdateStatus();
+  }
+}
+
+void CViewerController::PasteIntoPhase() {
+  if (phase_) ApplyPhaseStep(phase_->OnPaste(host_.ClipboardText()));
 }
 
 // --- dispatch ------------------------------------------------------------------
 
 void CViewerController::OnKey(const KeyInput& key) {
   SyncViews();
+  if (phase_ && !state_.help_visible) {
+    if (std::optional<PhaseStep> step = phase_->OnKey(key)) {
+      ApplyPhaseStep(std::move(*step));
+      Repaint();
+      return;
+    }
+  }
   const Command command = CommandForKey(key, HasImages(), state_.help_visible);
   if (command != Command::None) Execute(command);
 }
@@ -462,6 +509,11 @@ void CViewerController::OnChar(char32_t ch, Modifiers mods) {
   }
   if (!HasImages()) return;
   if (ch == U'*' && !mods.shift) return;  // the keypad star, handled as a key
+  if (phase_ && phase_->TakesCharacters()) {
+    ApplyPhaseStep(phase_->OnChar(ch));
+    Repaint();
+    return;
+  }
   if (const std::optional<uint32_t> slot = SlotForChar(ch)) {
     SelectSlot(*slot);
     SyncViews();
@@ -511,6 +563,7 @@ void CViewerController::Execute(Command command) {
     case Command::HelpPreviousPage: ChangeHelpPage(-1); break;
     case Command::HelpNextPage: ChangeHelpPage(1); break;
     case Command::Escape: Escape(); break;
+    case Command::PasteIntoPhase: PasteIntoPhase(); break;
     case Command::ToggleHistogram: ToggleHistogramInContext(); break;
     case Command::ToggleHistogramTransparent:
     case Command::ToggleHistogramShadow:
@@ -572,10 +625,11 @@ void CViewerController::OnMouseMove(ScreenPoint p, Modifiers m) {
   UpdateHistogramHover(m);
 }
 
-// ROI selection, tab clicks and phase cancelling come with the readout.
+// ROI selection comes with the readout.
 void CViewerController::OnLeftDown(ScreenPoint p, Modifiers) {
   SyncViews();
   if (!HasImages() || state_.view_dirty) return;
+  if (CancelPhase()) Repaint();
   // A click on an image's tab (not its close box) toggles its histogram.
   for (const PanelPlan& panel : plan_.panels) {
     if (panel.tab.rect.Contains(p) && !panel.tab.close_box.Contains(p)) {
@@ -584,6 +638,7 @@ void CViewerController::OnLeftDown(ScreenPoint p, Modifiers) {
     }
   }
 }
+
 void CViewerController::OnLeftUp(ScreenPoint) {
   if (!state_.help_visible) return;  // a left release hides the help overlay
   state_.help_visible = false;
@@ -592,9 +647,12 @@ void CViewerController::OnLeftUp(ScreenPoint) {
 }
 
 void CViewerController::OnRightUp(ScreenPoint) {
-  if (!state_.help_visible) return;
-  state_.help_visible = false;
-  state_.view_dirty = true;
+  if (state_.help_visible) {
+    state_.help_visible = false;
+    state_.view_dirty = true;
+  } else {
+    CancelPhase();
+  }
   Repaint();
 }
 
@@ -632,7 +690,11 @@ void CViewerController::UpdateStatus() {
   if (const ImageView* focus = FocusView(); focus != nullptr) {
     const ModeFlags modes{state_.flags, focus->ruler_type == RulerType::Matrix,
                           app_.CompareMode()};
-    if (state_.message.showing) fields.parts[kStatusReadoutPart] = state_.message.text;
+    if (state_.message.showing) {
+      fields.parts[kStatusReadoutPart] = state_.message.text;
+    } else if (phase_) {
+      fields.parts[kStatusReadoutPart] = phase_->Prompt();
+    }
     fields.parts[kStatusFeaturePart] = FeatureLetters(modes);
     fields.parts[kStatusZoomPart] = state_.zoom_text;
     fields.parts[kStatusModePart] = ModeLetters(modes);

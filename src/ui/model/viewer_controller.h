@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "ui/model/commands.h"
 #include "ui/model/frame_plan.h"
 #include "ui/model/geometry.h"
+#include "ui/model/input_phase.h"
 #include "ui/model/keys.h"
 #include "ui/model/layout.h"
 #include "ui/model/timers.h"
@@ -49,6 +51,14 @@ class CViewerController {
   void OnWindowMenu(size_t index);
   void Execute(Command command);
   bool RequestClose();  // the exit prompt; false keeps the program running
+
+  // Starts an input phase unless one is active; then `refusal` shows as a
+  // status message and the new phase is dropped.
+  bool StartPhase(std::unique_ptr<IInputPhase> phase, std::string_view refusal);
+  // Esc or a click: the phase undoes what is half done and the cancel text
+  // shows. False when no phase was active.
+  bool CancelPhase();
+  InputPhaseKind ActivePhase() const;
 
   // A status message from the core: cut at 511 characters, shown in part 0
   // for 16 ticks of timer 1.
@@ -112,6 +122,8 @@ class CViewerController {
   void ToggleRulerType();
   void ChangeHelpPage(int32_t delta);
   void Escape();
+  void ApplyPhaseStep(PhaseStep step);
+  void PasteIntoPhase();
   size_t ImageUnderCursor() const;
   void UpdateTabHover();
   void BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan);
@@ -140,6 +152,7 @@ class CViewerController {
   ScrollBarState h_bar_;
   ScrollBarState v_bar_;
   DrawnSet drawn_;
+  std::unique_ptr<IInputPhase> phase_;
   StatusFields shown_status_;
   bool status_shown_ = false;
   bool menus_set_ = false;
