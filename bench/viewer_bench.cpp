@@ -181,11 +181,11 @@ class Viewer {
     painter.drawImage(0, 0, base_);
     renderer_.DrawOverlay(plan, painter);
   }
-  // What the canvas's paint event does when only the overlay changed: the
-  // kept base blitted, the overlay drawn (a real paint clips both to the
-  // damaged rectangles; this draws them whole).
+  // What the paint event does after a cursor move: the base is composed
+  // only when the plan says it changed.
   void PaintOverlay() {
     const FramePlan& plan = controller_.PrepareFrame();
+    if (plan.base_dirty || base_.isNull()) renderer_.ComposeBase(plan, base_);
     QPainter painter(&screen_);
     painter.drawImage(0, 0, base_);
     renderer_.DrawOverlay(plan, painter);
@@ -310,6 +310,27 @@ void BM_CursorMove(benchmark::State& state) {
   if (!viewer.Plan().panels.front().inspect.tracked) state.SkipWithError("the cursor left the picture");
 }
 BENCHMARK(BM_CursorMove)->Unit(benchmark::kMillisecond);
+// A cursor move with the histogram shown and Ctrl held, alternating between
+// a histogram bin and a picture pixel, so the hovered and the lit bins (and
+// with them the box's cached image) change on every move.
+void BM_CursorMoveHistogram(benchmark::State& state) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  Viewer viewer({0.0, false, false});
+  if (!viewer.Open(Files().Nv12(0))) return state.SkipWithError("open failed");
+  viewer.Controller().Execute(Command::ToggleHistogram);
+  viewer.PaintOverlay();
+  const PanelPlan& panel = viewer.Plan().panels.front();
+  if (!panel.histogram.show || panel.histogram.layout.rows.size() < 2) return state.SkipWithError("no histogram");
+  const ScreenRect bars = panel.histogram.layout.rows[1].rect;
+  const ScreenPoint points[] = {{bars.left + 20, bars.bottom}, {panel.picture.right - 5, panel.picture.bottom - 5}};
+  size_t step = 0;
+  for (auto _ : state) {
+    viewer.Controller().OnMouseMove(points[step], Modifiers{.ctrl = true});
+    step ^= 1;
+    viewer.PaintOverlay();
+  }
+}
+BENCHMARK(BM_CursorMoveHistogram)->Unit(benchmark::kMillisecond);
 
 // The baseline: one frame's bytes copied, as a backing-store blit would.
 void BM_MemcpyFrame(benchmark::State& state) {

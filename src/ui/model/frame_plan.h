@@ -7,12 +7,15 @@
 // the next command changes the image set.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/config_values.h"
 #include "image/display_rendition.h"
 #include "ui/model/geometry.h"
+#include "ui/model/help_pages.h"
+#include "ui/model/histogram_overlay.h"
 #include "ui/model/image_view.h"
 #include "ui/model/inspection_plan.h"
 
@@ -43,6 +46,20 @@ struct TabPlan {
   bool close_hovered = false;
 };
 
+// The histogram box over a panel. `data` points into the viewer state and
+// stays valid until the next command changes the image set.
+struct HistogramPlan {
+  bool show = false;
+  const HistogramData* data = nullptr;
+  HistogramBoxLayout layout;
+  bool transparent = false;
+  bool shadow = false;
+  Rgb foreground;
+  Rgb shadow_color;
+  std::optional<HistogramHover> hover;
+  std::vector<std::optional<uint32_t>> lit;  // per channel
+};
+
 struct PanelPlan {
   size_t image_index = 0;
   uint32_t hk_id = 0;
@@ -61,6 +78,7 @@ struct PanelPlan {
   RulerPlan ruler;
   TabPlan tab;
   PanelInspectionPlan inspect;
+  HistogramPlan histogram;
 };
 
 inline constexpr const char* kNoImageInvitation =
@@ -82,6 +100,8 @@ struct FramePlan {
   bool help_visible = false;
   uint32_t help_page = 0;
   DirectivePlan directive;
+  const std::string* help_text = nullptr;  // the page shown, when visible
+  HelpOverlayLayout help;
 };
 
 }  // namespace korvanel

@@ -9,7 +9,18 @@
 
 namespace korvanel {
 
-enum class FontRole : uint8_t { Tab, TabSmall, Ruler, RulerSmall, Values, Text };
+enum class FontRole : uint8_t {
+  Tab,
+  TabSmall,
+  Ruler,
+  RulerSmall,
+  Values,
+  Text,
+  Histogram,       // statistics lines
+  HistogramLabel,  // channel names, emphasised
+  HelpLarge,       // the help overlay's first choice
+  HelpSmall,       // the help overlay when a page does not fit
+};
 
 class ITextMetrics {
  public:

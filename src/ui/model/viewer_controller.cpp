@@ -6,6 +6,7 @@
 
 #include "app/app_state.h"
 #include "app/filter_command.h"
+#include "app/manual_pages.h"
 #include "ops/job_runner.h"
 #include "ui/model/dropped_files.h"
 #include "ui/model/file_watch.h"
@@ -23,7 +24,6 @@ namespace korvanel {
 
 namespace {
 
-inline constexpr uint32_t kLastHelpPage = 10;
 // Rings around the focus image's picture when several panels are shown, so
 // the image that zoom and scrolling follow stands out.
 inline constexpr uint32_t kFocusRings = 3;
@@ -103,6 +103,9 @@ CViewerController::CViewerController(AppState& app, IViewerHost& host,
   state_.zf = app_.DefaultZoom();
   state_.zoom_text = ZoomText(state_.zf);
   state_.flags = settings.flags;
+  state_.value_comma = settings.value_comma;
+  state_.histogram = settings.histogram;
+  state_.help_pages = AssembleHelpPages(Manual());
   SyncViews();
   if (settings_.watch_files) host_.StartTimer(TimerId::FileWatch, TimerPeriod(TimerId::FileWatch));
 }
@@ -118,6 +121,7 @@ void CViewerController::SyncViews() {
   std::erase_if(state_.views, [&](const ImageView& view) {
     return !images.IndexOfSerial(view.serial).has_value();
   });
+  std::erase_if(state_.histograms, [&](const auto& entry) { return !images.IndexOfSerial(entry.first); });
   for (size_t i = 0; i < images.Count(); ++i) {
     const ImageRecord& record = images.At(i);
     ImageView* view = state_.FindView(record.serial);
@@ -444,8 +448,7 @@ void CViewerController::ToggleRulerType() {
 // --- help, escape --------------------------------------------------------------
 
 void CViewerController::ChangeHelpPage(int32_t delta) {
-  const int64_t page = std::clamp<int64_t>(int64_t{state_.help_page} + delta, 0, kLastHelpPage);
-  state_.help_page = static_cast<uint32_t>(page);
+  state_.help_page = StepHelpPage(state_.help_page, delta);
   state_.view_dirty = true;
 }
 
@@ -608,6 +611,11 @@ void CViewerController::Execute(Command command) {
     case Command::HelpNextPage: ChangeHelpPage(1); break;
     case Command::Escape: Escape(); break;
     case Command::PasteIntoPhase: PasteIntoPhase(); break;
+    case Command::ToggleHistogram: ToggleHistogramInContext(); break;
+    case Command::ToggleHistogramTransparent:
+    case Command::ToggleHistogramShadow:
+    case Command::NextHistogramColor: ChangeHistogramStyle(command); break;
+    case Command::ToggleBeautify: ToggleBeautify(); break;
     case Command::OpenFile:
       if (const std::optional<std::string> path = host_.AskOpenPath()) app_.OpenImage(*path);
       break;
@@ -753,6 +761,7 @@ void CViewerController::OnMouseMove(ScreenPoint p, Modifiers m) {
   UpdateTabHover();
   ShowLayerUnderCursor();
   UpdateReadout();
+  UpdateHistogramHover(m);
 }
 
 // Ctrl held over a comparison of more than two turns the close boxes into
@@ -790,7 +799,11 @@ void CViewerController::OnLeftDown(ScreenPoint p, Modifiers m) {
   if (!HasImages() || state_.view_dirty) return;
   CancelPhase();
   const size_t party = app_.CompareMode() ? PartyIndices().size() : 0;
-  if (ApplyTabHit(app_, HitTab(plan_.panels, p, m.ctrl, party))) {
+  const TabHit hit = HitTab(plan_.panels, p, m.ctrl, party);
+  if (ApplyTabHit(app_, hit)) {
+    // A click on the tab itself (not its close box) also toggles the
+    // image's histogram.
+    if (hit.action == TabAction::Focus) ToggleHistogramFor(hit.image);
     OnImagesChanged();
     return;
   }
@@ -798,7 +811,15 @@ void CViewerController::OnLeftDown(ScreenPoint p, Modifiers m) {
   Repaint();
 }
 
-void CViewerController::OnLeftUp(ScreenPoint) { RoiMouseUp(); }
+void CViewerController::OnLeftUp(ScreenPoint) {
+  if (state_.help_visible) {  // a left release hides the help overlay
+    state_.help_visible = false;
+    state_.view_dirty = true;
+    Repaint();
+    return;
+  }
+  RoiMouseUp();
+}
 
 void CViewerController::OnRightUp(ScreenPoint) {
   SyncViews();
@@ -969,6 +990,10 @@ void CViewerController::UpdateMenuChecks() {
       {Command::DiffTypeMaskBin, app_.GetDiffType() == DiffType::kMaskBin},
       {Command::DiffTypeAllAbsDelta, app_.GetDiffType() == DiffType::kAllAbsDelta},
       {Command::DiffTypeMaskAbsDelta, app_.GetDiffType() == DiffType::kMaskAbsDelta},
+      {Command::ToggleHistogram, focus != nullptr && focus->histogram_visible},
+      {Command::ToggleHistogramTransparent, state_.histogram.transparent},
+      {Command::ToggleHistogramShadow, state_.histogram.shadow},
+      {Command::ToggleBeautify, state_.value_comma},
   };
   menus_set_ = true;
   for (const auto& row : rows) host_.SetMenuState(row.command, row.checked, true);
@@ -1053,7 +1078,12 @@ const FramePlan& CViewerController::PrepareFrame() {
   for (size_t i = 0; i < plan_.panels.size(); ++i) {
     plan_.panels[i] = PanelPlan{};
     BuildPanelPlan(drawn[i], i, plan_.panels[i]);
+    // A changed view may come with a changed ROI or filter: the image
+    // recounts only when its region changed.
+    if (state_.view_dirty && state_.histograms.contains(ViewAt(drawn[i])->serial)) RebuildHistogram(drawn[i], false);
+    BuildHistogramPlan(drawn[i], plan_.panels[i]);
   }
+  BuildHelpPlan();
   plan_.no_image.show = !HasImages();
   plan_.no_image.invitation = plan_.no_image.show ? kNoImageInvitation : "";
   plan_.no_image.newer_version.clear();

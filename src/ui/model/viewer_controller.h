@@ -4,6 +4,7 @@
 // AppState and the views, and calls on the host out. All on the UI thread;
 // positions and sizes are device pixels.
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -76,6 +77,12 @@ class CViewerController : private IJumpHost, private IFindHost {
   // The update fetch ended: the document's bytes, or nothing on failure.
   void OnUpdateReply(std::optional<std::string_view> body);
   const CUpdateCheck& UpdateCheck() const { return update_check_; }
+  // Shows or hides the histogram overlay of image `index` (a click on its
+  // tab); showing it recounts the statistics.
+  void ToggleHistogramFor(size_t index);
+  // Recounts the statistics of every shown overlay (the ROI or the filter
+  // changed).
+  void RefreshHistograms();
   // Used to judge whether pixel values fit a block; may be null.
   void SetTextMetrics(const ITextMetrics* metrics) { metrics_ = metrics; }
 
@@ -197,6 +204,18 @@ class CViewerController : private IJumpHost, private IFindHost {
   std::vector<ScreenRect> CursorDamage() const;
   void BuildInspectionPlan(size_t index, PanelPlan& plan) const;
   DirectivePlan BuildDirectivePlan() const;
+
+  // The histogram overlay and the help pages (histogram_commands.cpp).
+  void ToggleHistogramInContext();
+  void SetHistogramVisible(size_t index, bool visible);
+  void RebuildHistogram(size_t index, bool recount);
+  bool AnyHistogramShown() const;
+  void ChangeHistogramStyle(Command command);
+  void ToggleBeautify();
+  void UpdateHistogramHover(Modifiers m);
+  std::optional<std::array<uint32_t, 3>> CursorSamples(size_t index) const;
+  void BuildHistogramPlan(size_t index, PanelPlan& plan);
+  void BuildHelpPlan();
 
   AppState& app_;
   IViewerHost& host_;

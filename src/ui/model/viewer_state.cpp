@@ -17,6 +17,7 @@ ViewerSettings ViewerSettings::FromConfig(const ConfigValues& values) {
   settings.watch_files = !values.system.ignore_file_extern_modify;
   settings.reload_keeps_format = values.dialog_file_modify.try_relaod_same_file_cfg;
   settings.dialog_defaults = values;
+  settings.histogram = HistogramStyle::FromConfig(gui);
   const ConfigDialogRuler& ruler = values.dialog_ruler;
   settings.ruler_settings.screen_pixels = ruler.cfg_type == RulerSpacing::kScreen;
   const std::vector<int32_t>& spacing =

@@ -5,12 +5,14 @@
 // and the views of the open images.
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/config_values.h"
 #include "ui/model/geometry.h"
+#include "ui/model/histogram_overlay.h"
 #include "ui/model/image_view.h"
 #include "ui/model/pixel_inspection.h"
 #include "ui/model/status_bar.h"
@@ -31,6 +33,7 @@ struct ViewerSettings {
   UpdateSettings update;
   // The dialogs' configured start values.
   ConfigValues dialog_defaults;
+  HistogramStyle histogram;
 
   static ViewerSettings FromConfig(const ConfigValues& values);
 };
@@ -53,6 +56,10 @@ struct ViewerState {
   std::vector<ImageView> views;
   PixelInspection inspect;
   UpdateState update;
+  bool value_comma = false;  // A: numbers grouped by thousands
+  HistogramStyle histogram;
+  std::map<uint64_t, HistogramOverlayState> histograms;  // by image serial, while shown
+  std::vector<std::string> help_pages;                   // 0..10
 
   ImageView* FindView(uint64_t serial);
   const ImageView* FindView(uint64_t serial) const;

@@ -13,6 +13,8 @@
 
 #include "image/image_container.h"
 #include "ui/qt/inspection_overlay.h"
+#include "ui/qt/help_painter.h"
+#include "ui/qt/histogram_painter.h"
 
 namespace korvanel {
 namespace {
@@ -327,7 +329,30 @@ void CFrameRenderer::DrawOverlay(const FramePlan& plan, QPainter& painter) {
   for (const PanelPlan& panel : plan.panels) DrawPanelInspection(panel, painter);
   DrawDirective(plan.directive, painter);
   for (const PanelPlan& panel : plan.panels) DrawTab(panel.tab, painter);
+  histogram_cache_.resize(plan.panels.size());
+  for (size_t i = 0; i < plan.panels.size(); ++i) DrawHistogram(i, plan.panels[i], painter);
   if (plan.no_image.show) DrawNoImage(plan, painter);
+  DrawHelp(plan, painter);
+}
+
+void CFrameRenderer::DrawHistogram(size_t slot, const PanelPlan& panel, QPainter& painter) {
+  const HistogramPlan& h = panel.histogram;
+  if (!h.show || h.data == nullptr || h.layout.box.Empty()) return;
+  HistogramBoxCache& cache = histogram_cache_[slot];
+  const HistogramBoxKey key{h.data,        h.data->version, h.hover, h.lit, h.transparent, h.shadow,
+                            h.foreground,  h.layout.box,    h.layout.bin_width, metrics_.DevicePixelRatio()};
+  if (cache.image.isNull() || !(cache.key == key)) {
+    PaintHistogramBox(h, metrics_, cache.image);
+    cache.key = key;
+  }
+  painter.save();
+  painter.setClipRect(ToQRect(panel.panel));
+  painter.drawImage(QPoint(h.layout.box.left, h.layout.box.top), cache.image);
+  painter.restore();
+}
+
+void CFrameRenderer::DrawHelp(const FramePlan& plan, QPainter& painter) const {
+  PaintHelpOverlay(plan, metrics_, painter);
 }
 
 // The close box sits at the tab's top-left; the caption follows it. A

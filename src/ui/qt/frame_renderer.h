@@ -8,6 +8,8 @@
 #include <QColor>
 #include <QImage>
 #include <QPainter>
+#include <optional>
+#include <vector>
 
 #include "app/config_values.h"
 #include "ui/model/frame_kernels.h"
@@ -42,9 +44,32 @@ class CFrameRenderer {
   void DrawValues(const PanelPlan& panel, QPainter& painter) const;
   void DrawTab(const TabPlan& tab, QPainter& painter) const;
   void DrawNoImage(const FramePlan& plan, QPainter& painter) const;
+  void DrawHistogram(size_t slot, const PanelPlan& panel, QPainter& painter);
+  void DrawHelp(const FramePlan& plan, QPainter& painter) const;
   int32_t Scaled(int32_t pixels) const;
 
+  // A histogram box is painted once into an image and reused while what it
+  // shows stays the same (cursor moves elsewhere do not redraw it).
+  struct HistogramBoxKey {
+    const HistogramData* data = nullptr;
+    uint64_t version = 0;
+    std::optional<HistogramHover> hover;
+    std::vector<std::optional<uint32_t>> lit;
+    bool transparent = false;
+    bool shadow = false;
+    Rgb foreground;
+    ScreenRect box;
+    int32_t bin_width = 0;
+    qreal dpr = 1;
+    friend bool operator==(const HistogramBoxKey&, const HistogramBoxKey&) = default;
+  };
+  struct HistogramBoxCache {
+    HistogramBoxKey key;
+    QImage image;
+  };
+
   CQtTextMetrics metrics_;
+  std::vector<HistogramBoxCache> histogram_cache_;  // by panel
   QColor tab_text_;
   QColor tab_background_;
   QColor tab_highlight_;

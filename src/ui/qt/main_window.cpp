@@ -35,6 +35,7 @@
 #include "ui/qt/filter_dialog.h"
 #include "ui/qt/image_eval_dialog.h"
 #include "ui/qt/ruler_settings_dialog.h"
+#include "ui/qt/dialogs/help_window.h"
 #include "ui/qt/frame_renderer.h"
 #include "ui/qt/update_checker.h"
 
@@ -300,6 +301,7 @@ void CMainWindow::OpenDialog(DialogId id) {
   if (id == DialogId::Convert) RunImageDialog<CConvertDialog>(controller_->Dialogs().convert);
   if (id == DialogId::RulerSettings) ShowRulerSettings();
   if (id == DialogId::ImageEval) RunImageDialog<CImageEvalDialog>(controller_->Dialogs().ieval);
+  if (id == DialogId::HelpWindow) ShowHelpWindow();
 }
 
 void CMainWindow::BuildUpdateChecker(const ConfigValues& config) {
@@ -336,6 +338,11 @@ template <typename Dialog, typename Manager>
 void CMainWindow::RunImageDialog(Manager& manager) {
   Dialog dialog(app_, manager, this);
   if (dialog.exec() == QDialog::Accepted) controller_->OnDialogApplied();
+}
+
+void CMainWindow::ShowHelpWindow() {
+  CHelpWindow help(this);
+  help.exec();
 }
 
 void CMainWindow::ShowAbout() {

@@ -89,6 +89,7 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   template <typename Dialog, typename Manager>
   void RunImageDialog(Manager& manager);
   void ShowRulerSettings();
+  void ShowHelpWindow();
 
   AppState& app_;
   CQtFeedback feedback_;

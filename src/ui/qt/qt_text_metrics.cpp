@@ -17,11 +17,18 @@ constexpr int32_t kValuePixels = 8;
 constexpr const char* kTextFamily = "Arial";
 constexpr int32_t kTextPixels = 16;
 constexpr size_t kMaxValueChars = 32;
+// The help overlay: fixed-pitch, 16 pixels, 14 when a page does not fit.
+constexpr const char* kHelpFamily = "Courier New";
+constexpr int32_t kHelpLargePixels = 16;
+constexpr int32_t kHelpSmallPixels = 14;
+// The histogram's emphasised texts are this much larger than its plain ones.
+constexpr int32_t kEmphasisPixels = 2;
 
 struct RoleFont {
   std::string name;
   int32_t pixels = 0;
   bool fixed_pitch = false;
+  bool bold = false;
 };
 
 int32_t SmallPixels(const FontSpec& configured) {
@@ -33,7 +40,10 @@ std::array<RoleFont, kFontRoleCount> RoleFonts(const ConfigGui& gui) {
   static_assert(static_cast<size_t>(FontRole::Tab) == 0 && static_cast<size_t>(FontRole::TabSmall) == 1 &&
                 static_cast<size_t>(FontRole::Ruler) == 2 &&
                 static_cast<size_t>(FontRole::RulerSmall) == 3 &&
-                static_cast<size_t>(FontRole::Values) == 4 && static_cast<size_t>(FontRole::Text) == 5);
+                static_cast<size_t>(FontRole::Values) == 4 && static_cast<size_t>(FontRole::Text) == 5 &&
+                static_cast<size_t>(FontRole::Histogram) == 6 &&
+                static_cast<size_t>(FontRole::HistogramLabel) == 7 &&
+                static_cast<size_t>(FontRole::HelpLarge) == 8 && static_cast<size_t>(FontRole::HelpSmall) == 9);
   return {{
       {gui.tab_font.name, gui.tab_font.size, false},
       {gui.tab_font.name, SmallPixels(gui.tab_font), false},
@@ -41,6 +51,10 @@ std::array<RoleFont, kFontRoleCount> RoleFonts(const ConfigGui& gui) {
       {gui.ruler_font.name, SmallPixels(gui.ruler_font), false},
       {kValueFamily, kValuePixels, true},
       {kTextFamily, kTextPixels, false},
+      {gui.tab_font.name, SmallPixels(gui.tab_font), false},
+      {gui.tab_font.name, SmallPixels(gui.tab_font) + kEmphasisPixels, false, true},
+      {kHelpFamily, kHelpLargePixels, true},
+      {kHelpFamily, kHelpSmallPixels, true},
   }};
 }
 
@@ -52,6 +66,7 @@ QFont MakeFont(const RoleFont& role, qreal dpr) {
     font.setStyleHint(QFont::TypeWriter);
     font.setFixedPitch(true);
   }
+  font.setBold(role.bold);
   return font;
 }
 

@@ -17,7 +17,7 @@
 
 namespace korvanel {
 
-inline constexpr size_t kFontRoleCount = static_cast<size_t>(FontRole::Text) + 1;
+inline constexpr size_t kFontRoleCount = static_cast<size_t>(FontRole::HelpSmall) + 1;
 
 class CQtTextMetrics : public ITextMetrics {
  public:

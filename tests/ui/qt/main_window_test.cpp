@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <array>
 #include <cmath>
@@ -23,6 +24,8 @@
 #include "support/temp_dir.h"
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
+#include "ui/qt/dialogs/help_window.h"
+#include "ui/qt/help_painter.h"
 #include "ui/qt/main_window.h"
 
 namespace korvanel {
@@ -309,6 +312,85 @@ TEST_F(InspectionWindowTest, PCopiesThePixelAsText) {
   Move(QPoint(1, 1));
   QTest::keyClick(&Canvas(), Qt::Key_P);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "64x48");
+}
+
+// --- histogram overlay and help ---------------------------------------------
+
+QRgb Rgb32(const Rgb& c) { return qRgb(c.r, c.g, c.b); }
+
+TEST_F(MainWindowTest, IShowsTheWhiteHistogramBoxInItsFrameAndBMakesItTransparent) {
+  window->resize(900, 760);  // room for the three channels' rows
+  Open("gradient_64x48.nv12");
+  Press(Qt::Key_I);
+  const HistogramBoxLayout layout = window->Controller().PrepareFrame().panels.at(0).histogram.layout;
+  ASSERT_FALSE(layout.box.Empty());
+  const QImage shot = Grab();
+  const QRgb frame = qRgb(140, 0, 180);
+  const ScreenRect& box = layout.box;
+  for (const QPoint corner : {QPoint(box.left, box.top), QPoint(box.right, box.top), QPoint(box.left, box.bottom),
+                              QPoint(box.left + 1, box.top + 1), QPoint(box.left + box.Width() / 2, box.bottom - 1)}) {
+    EXPECT_EQ(shot.pixel(corner), frame) << corner.x() << "," << corner.y();
+  }
+  EXPECT_EQ(shot.pixel(box.left + 3, box.top + 3), qRgb(255, 255, 255)) << "the box is white inside its frame";
+  // The bars of the luma channel are grey.
+  const ScreenRect bars = layout.rows.at(1).rect;
+  int grey = 0;
+  for (int x = bars.left; x <= bars.right; ++x) grey += shot.pixel(x, bars.bottom) == qRgb(128, 128, 128);
+  EXPECT_GT(grey, 0);
+  EXPECT_TRUE(window->ActionFor(Command::ToggleHistogram)->isChecked());
+
+  Press(Qt::Key_B);
+  const QImage clear = Grab();
+  EXPECT_NE(clear.pixel(box.left, box.top), frame);
+  EXPECT_NE(clear.pixel(box.left + 3, box.top + 3), qRgb(255, 255, 255));
+  Press(Qt::Key_I);
+  EXPECT_FALSE(window->ActionFor(Command::ToggleHistogram)->isChecked());
+}
+
+// The bounding box of the pixels of one colour inside `within`.
+QRect ColourBounds(const QImage& shot, QRgb colour, const QRect& within) {
+  QRect bounds;
+  for (int y = within.top(); y <= within.bottom(); ++y) {
+    for (int x = within.left(); x <= within.right(); ++x) {
+      if (shot.pixel(x, y) == colour) bounds |= QRect(x, y, 1, 1);
+    }
+  }
+  return bounds;
+}
+
+TEST_F(MainWindowTest, F1ShowsTheHelpBoxAndPageThreeWritesItsOwnTextInWhite) {
+  window->resize(1000, 760);  // wide enough for 91 characters: no row wraps
+  Press(Qt::Key_F1);
+  QTest::keyClicks(&window->Canvas(), "3");
+  const FramePlan& plan = window->Controller().PrepareFrame();
+  ASSERT_NE(plan.help_text, nullptr);
+  const HelpOverlayLayout help = plan.help;
+  const QImage page3 = Grab();
+  EXPECT_EQ(page3.pixel(help.box.right - 15, help.box.bottom - 15), Rgb32(kHelpBoxColor));
+  EXPECT_EQ(page3.pixel(help.box.left + help.box.Width() / 2, help.box.top), Rgb32(kHelpFrameColor));
+  EXPECT_EQ(page3.pixel(help.shadow.left + help.shadow.Width() / 2, help.shadow.bottom - 1), Rgb32(kHelpShadowColor));
+  const QRect text(help.text.left, help.text.top, help.text.Width(), help.text.Height());
+  const QRect white = ColourBounds(page3, qRgb(255, 255, 255), text);
+  ASSERT_FALSE(white.isEmpty()) << "page 3 writes its text in white";
+  EXPECT_LE(white.top(), help.text.top + 20) << "from the text's top";
+  const QRect footer = ColourBounds(page3, qRgb(255, 255, 255),
+                                    QRect(0, help.footer_top, page3.width(), page3.height()) & page3.rect());
+  EXPECT_FALSE(footer.isEmpty()) << "the footer under the box";
+
+  QTest::keyClicks(&window->Canvas(), "2");
+  EXPECT_NE(Grab().copy(text), page3.copy(text)) << "page 2 writes another text";
+  Press(Qt::Key_F1);
+  EXPECT_NE(Grab().pixel(help.box.right - 15, help.box.bottom - 15), Rgb32(kHelpBoxColor));
+}
+
+TEST(HelpWindowTest, ShowsTheWholeManualUnderItsTitle) {
+  CHelpWindow help(nullptr);
+  EXPECT_EQ(help.windowTitle(), "Help - Korvanel");
+  const QString text = help.Text()->toPlainText();
+  EXPECT_TRUE(text.startsWith("KORVANEL MANUAL"));
+  EXPECT_TRUE(text.contains("HISTOGRAM AND STATISTICS"));
+  EXPECT_FALSE(text.contains('\t'));
+  EXPECT_TRUE(help.Text()->isReadOnly());
 }
 
 }  // namespace
