@@ -367,6 +367,10 @@ void BM_WidgetRepaint(benchmark::State& state, bool pan) {
   const ScreenSize canvas = window.Canvas().DeviceSize();
   window.resize(window.width() + kClient.width - canvas.width, window.height() + kClient.height - canvas.height);
   QApplication::processEvents();
+  const ScreenSize sized = window.Canvas().DeviceSize();
+  if (sized.width != kClient.width || sized.height != kClient.height) {
+    return state.SkipWithError("the canvas did not get the frame's size");
+  }
   if (!app.OpenImage(Files().Nv12(0))) return state.SkipWithError("open failed");
   window.Controller().OnImagesChanged();
   window.Canvas().repaint();
@@ -378,8 +382,6 @@ void BM_WidgetRepaint(benchmark::State& state, bool pan) {
     }
     window.Canvas().repaint();
   }
-  state.counters["canvas_w"] = window.Canvas().DeviceSize().width;
-  state.counters["canvas_h"] = window.Canvas().DeviceSize().height;
   window.hide();
   app.CloseAllImages();
 }
