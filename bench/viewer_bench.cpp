@@ -4,20 +4,24 @@
 // offscreen platform. BM_MemcpyFrame copies one frame's bytes in the same run,
 // so figures from a noisy shared machine can be compared by ratio.
 //
+// BM_WidgetRepaint times the real window's paint event instead.
+//
 // One core is meant: run under `taskset -c 0`; the application state gets
 // max_process_threads = -1 (VIEWER_BENCH_THREADS overrides it) so loading
 // and jobs stay on the calling thread. bench/viewer_budget.sh does both.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QRegion>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +29,9 @@
 #include "app/configuration.h"
 #include "frame_bytes.h"
 #include "ui/model/viewer_controller.h"
+#include "ui/qt/canvas.h"
 #include "ui/qt/frame_renderer.h"
+#include "ui/qt/main_window.h"
 
 namespace korvanel {
 namespace {
@@ -96,9 +102,24 @@ class QuietFeedback : public IUserFeedback {
   bool AskYesNo(std::string_view, std::string_view) override { return false; }
 };
 
+// Keeps what the controller asked to repaint, as the window would.
 class NullHost : public IViewerHost {
  public:
-  void Invalidate(bool, std::span<const ScreenRect>) override {}
+  void Invalidate(bool base_dirty, std::span<const ScreenRect> damage) override {
+    whole |= base_dirty || damage.empty();
+    for (const ScreenRect& rect : damage) {
+      region += QRect(rect.left, rect.top, rect.Width(), rect.Height());
+    }
+  }
+  // Takes the damage since the last call: nothing when nothing was asked.
+  std::optional<QRegion> TakeDamage(const QRect& area) {
+    std::optional<QRegion> damage;
+    if (whole) damage = QRegion(area);
+    else if (!region.isEmpty()) damage = region;
+    whole = false;
+    region = QRegion();
+    return damage;
+  }
   void SetScrollBars(const ScrollBarState&, const ScrollBarState&) override {}
   void ShowStatus(const StatusFields&) override {}
   void StartTimer(TimerId, uint32_t) override {}
@@ -113,6 +134,10 @@ class NullHost : public IViewerHost {
   void SetMenuState(Command, bool, bool) override {}
   void DestroyWindow() override {}
   void StartUpdateCheck(const std::string&) override {}
+
+ private:
+  bool whole = false;
+  QRegion region;
 };
 
 struct ViewSetup {
@@ -189,6 +214,20 @@ class Viewer {
     QPainter painter(&screen_);
     painter.drawImage(0, 0, base_);
     renderer_.DrawOverlay(plan, painter);
+  }
+  // What the canvas's paint event does for a damaged part of a clean frame:
+  // blit the kept base and draw the overlay, clipped to the damage. False
+  // when the frame needed a new base.
+  bool PaintDamage() {
+    const FramePlan& plan = controller_.PrepareFrame();
+    if (plan.base_dirty) return false;
+    const std::optional<QRegion> damage = host_.TakeDamage(screen_.rect());
+    if (!damage) return true;  // the window would not paint at all
+    QPainter painter(&screen_);
+    painter.setClipRegion(*damage);
+    painter.drawImage(0, 0, base_);
+    renderer_.DrawOverlay(plan, painter);
+    return true;
   }
   CViewerController& Controller() { return controller_; }
   size_t ImageCount() const { return app_.Images().Count(); }
@@ -287,7 +326,7 @@ BENCHMARK(BM_ZoomStep)->Unit(benchmark::kMillisecond);
 
 // A cursor move over a 4K NV12 picture at 1:1 with tracking lines and an
 // ROI: the readout of the tab and the status bar, then the overlay repaint.
-void BM_CursorMove(benchmark::State& state) {
+void BM_CursorMoveReadout(benchmark::State& state) {
   if (!Files().Ready()) return state.SkipWithError("no temporary folder");
   Viewer viewer({1.0, false, false});
   if (!viewer.Open(Files().Nv12(0))) return state.SkipWithError("open failed");
@@ -309,7 +348,8 @@ void BM_CursorMove(benchmark::State& state) {
   }
   if (!viewer.Plan().panels.front().inspect.tracked) state.SkipWithError("the cursor left the picture");
 }
-BENCHMARK(BM_CursorMove)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CursorMoveReadout)->Unit(benchmark::kMillisecond);
+
 // A cursor move with the histogram shown and Ctrl held, alternating between
 // a histogram bin and a picture pixel, so the hovered and the lit bins (and
 // with them the box's cached image) change on every move.
@@ -332,6 +372,80 @@ void BM_CursorMoveHistogram(benchmark::State& state) {
 }
 BENCHMARK(BM_CursorMoveHistogram)->Unit(benchmark::kMillisecond);
 
+// A point inside `rect`, a quarter of the way in from its top left corner.
+ScreenPoint Inside(const ScreenRect& rect) {
+  return {rect.left + rect.Width() / 4, rect.top + rect.Height() / 4};
+}
+
+// Cursor moves over two images side by side: into a tab, onto the picture
+// below it, then the other panel. Each move is followed by the repaint of
+// what it damaged (tab hover, tracking lines, readout); the base layer is
+// never composed again.
+void BM_CursorMove(benchmark::State& state) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  Viewer viewer({0.0, false, false});
+  for (uint32_t i = 0; i < 2; ++i) {
+    if (!viewer.Open(Files().Nv12(i))) return state.SkipWithError("open failed");
+  }
+  viewer.CompareAll();
+  viewer.Paint();
+  std::vector<ScreenPoint> path;
+  for (const PanelPlan& panel : viewer.Plan().panels) {
+    path.push_back(Inside(panel.tab.rect));
+    path.push_back(Inside(panel.picture));
+    path.push_back({path.back().x + 1, path.back().y + 1});
+  }
+  if (path.size() != 6) return state.SkipWithError("not two panels");
+  size_t step = 0;
+  for (auto _ : state) {
+    viewer.Controller().OnMouseMove(path[step], {});
+    step = (step + 1) % path.size();
+    if (!viewer.PaintDamage()) return state.SkipWithError("a cursor move asked for a new base");
+  }
+}
+BENCHMARK(BM_CursorMove)->Unit(benchmark::kMillisecond);
+
+// The real window on the offscreen platform: CMainWindow's canvas repainted
+// through its paint event and backing store, the image area sized as the
+// other benchmarks' frame. "still" repaints an unchanged frame (an expose);
+// "pan" scrolls one page first, so the paint event composes a new base.
+void BM_WidgetRepaint(benchmark::State& state, bool pan) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  const ConfigValues config = BenchConfig({1.0, false, false});
+  QuietFeedback feedback;
+  ConfiguredApp configured(feedback, config);
+  AppState& app = configured.app;
+  if (!app.LoadFormats(Files().Rules())) return state.SkipWithError("formats not loaded");
+  CMainWindow window(app, config);
+  window.resize(kClient.width, kClient.height);
+  window.show();
+  QApplication::processEvents();
+  // Grow the window by what menus, bars and status take, so the canvas gets
+  // the frame's size (in device pixels, as the plan works).
+  const ScreenSize canvas = window.Canvas().DeviceSize();
+  window.resize(window.width() + kClient.width - canvas.width, window.height() + kClient.height - canvas.height);
+  QApplication::processEvents();
+  const ScreenSize sized = window.Canvas().DeviceSize();
+  if (sized.width != kClient.width || sized.height != kClient.height) {
+    return state.SkipWithError("the canvas did not get the frame's size");
+  }
+  if (!app.OpenImage(Files().Nv12(0))) return state.SkipWithError("open failed");
+  window.Controller().OnImagesChanged();
+  window.Canvas().repaint();
+  bool forward = true;
+  for (auto _ : state) {
+    if (pan) {
+      window.Controller().OnScroll(Axis::Horizontal, forward ? ScrollAction::PageDown : ScrollAction::PageUp, 0);
+      forward = !forward;
+    }
+    window.Canvas().repaint();
+  }
+  window.hide();
+  app.CloseAllImages();
+}
+BENCHMARK_CAPTURE(BM_WidgetRepaint, still, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_WidgetRepaint, pan, true)->Unit(benchmark::kMillisecond);
+
 // The baseline: one frame's bytes copied, as a backing-store blit would.
 void BM_MemcpyFrame(benchmark::State& state) {
   const size_t bytes = size_t{4} * kClient.width * kClient.height;
@@ -351,7 +465,8 @@ BENCHMARK(BM_MemcpyFrame)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication app(argc, argv);
+  // Widgets for BM_WidgetRepaint.
+  QApplication app(argc, argv);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();

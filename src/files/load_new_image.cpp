@@ -12,7 +12,7 @@
 #include "files/path_parts.h"
 #include "files/picture_codec.h"
 #include "image/ascii_matrix.h"
-#include "image/huge_pages.h"
+#include "image/block_recycler.h"
 #include "image/image_factory.h"
 #include "image/image_yuv.h"
 #include "image/memory_budget.h"
@@ -73,7 +73,9 @@ uint64_t ExpectedRawSize(const FormatExpression& f, uint32_t width, uint32_t hei
   return 0;
 }
 
-// The file's bytes, read once for all formats without an offset.
+// The file's bytes, read once for all formats without an offset. The buffer
+// is recycled (image/block_recycler.h): no pass to zero it, and the next
+// file of the same size reads into pages that are already mapped.
 class FileBytes {
  public:
   explicit FileBytes(std::string path) : path_(std::move(path)) {
@@ -83,40 +85,31 @@ class FileBytes {
   }
   uint64_t size() const { return size_; }
 
-  std::vector<uint8_t>* Whole() {
-    if (!whole_ && !tried_) {
+  RecycledBlock* Whole() {
+    if (whole_.empty() && !tried_) {
       tried_ = true;
       whole_ = Read(0, size_);
     }
-    return whole_ ? &*whole_ : nullptr;
+    return whole_.empty() ? nullptr : &whole_;
   }
 
-  std::optional<std::vector<uint8_t>> Read(uint64_t position, uint64_t count) const {
-    if (count == 0 || position > size_ || count > size_ - position) return std::nullopt;
-    try {
-      // Reserved and advised before the first touch (see huge_pages.h).
-      std::vector<uint8_t> bytes;
-      bytes.reserve(static_cast<size_t>(count));
-      AdviseHugePages(bytes.data(), static_cast<size_t>(count));
-      bytes.resize(static_cast<size_t>(count));
-      std::ifstream file(path_, std::ios::binary);
-      file.seekg(static_cast<std::streamoff>(position));
-      if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count))) {
-        return std::nullopt;
-      }
-      return bytes;
-    } catch (const std::bad_alloc&) {
-      return std::nullopt;
-    } catch (const std::length_error&) {
-      return std::nullopt;
-    }
+  // Empty when the range is not in the file or cannot be read whole.
+  RecycledBlock Read(uint64_t position, uint64_t count) const {
+    if (count == 0 || position > size_ || count > size_ - position) return {};
+    if (count > std::numeric_limits<size_t>::max() / 2) return {};
+    RecycledBlock bytes = RecycledBlock::Take(static_cast<size_t>(count), false);
+    if (bytes.empty()) return {};
+    std::ifstream file(path_, std::ios::binary);
+    file.seekg(static_cast<std::streamoff>(position));
+    if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count))) return {};
+    return bytes;
   }
 
  private:
   std::string path_;
   uint64_t size_ = 0;
   bool tried_ = false;
-  std::optional<std::vector<uint8_t>> whole_;
+  RecycledBlock whole_;
 };
 
 enum class Step { Loaded, NextFormat, EndOpen };
@@ -170,10 +163,16 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
     return Step::NextFormat;
   }
 
-  std::vector<uint8_t> own;
-  std::vector<uint8_t>* bytes = &own;
+  // Text samples or a slice at an offset are this format's own; the whole
+  // file is shared by the formats that follow.
+  std::vector<uint8_t> text_samples;
+  RecycledBlock slice;
+  uint8_t* data = nullptr;
+  uint64_t byte_count = 0;
   if (format.ascii) {
-    if (!ReadAscii(format, dims, a, own)) return Step::NextFormat;
+    if (!ReadAscii(format, dims, a, text_samples)) return Step::NextFormat;
+    data = text_samples.data();
+    byte_count = text_samples.size();
   } else if (!format.HasOffset()) {
     // A size that cannot fit is refused without reading the file: the same
     // lines as a refusal by the image class, none of the reading.
@@ -185,35 +184,37 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
       return Step::NextFormat;
     }
     if (!EnoughMemory(a, expected)) return Step::EndOpen;
-    bytes = a.file.Whole();
-    if (bytes == nullptr || a.file.size() == 0) {
+    RecycledBlock* whole = a.file.Whole();
+    if (whole == nullptr || a.file.size() == 0) {
       a.log.AddLine(StrFormat("Can't load path %s (file size = %u bytes)", a.path.c_str(),
                               static_cast<unsigned>(a.file.size())));
       return Step::EndOpen;
     }
+    data = whole->data();
+    byte_count = whole->size();
   } else {
     const uint64_t expected = ExpectedRawSize(format, dims.width, dims.height);
     const uint64_t size = a.file.size();
     const uint64_t magnitude = format.offset < 0 ? uint64_t(-int64_t{format.offset}) : uint64_t(format.offset);
-    std::optional<std::vector<uint8_t>> slice;
     if (size >= 1 && magnitude < size && expected != 0 && expected <= size) {
       if (!EnoughMemory(a, expected)) return Step::EndOpen;
       const uint64_t position = format.offset < 0 ? size - magnitude : magnitude;
       slice = a.file.Read(position, expected);
     }
-    if (!slice) {
+    if (slice.empty()) {
       a.log.AddLine(StrFormat("Can't load path %s (ofs = %d, expected raw size = %u, file size = %u bytes)",
                               a.path.c_str(), format.offset, static_cast<unsigned>(expected),
                               static_cast<unsigned>(size)));
       return Step::EndOpen;
     }
-    own = std::move(*slice);
+    data = slice.data();
+    byte_count = slice.size();
   }
 
   a.log.AddLine(StrFormat("Matched %s/%u [%s] --> Trying to load binary", "format", format.line,
                           format.expression.c_str()));
   std::unique_ptr<CImageConcreteBase> image =
-      LoadWithFormat(format, bytes->data(), bytes->size(), dims.width, dims.height, a.log, a.runner);
+      LoadWithFormat(format, data, byte_count, dims.width, dims.height, a.log, a.runner);
   if (!image) {
     a.log.AddLine(StrFormat("Failed to load as %s", KindName(format.color_kind)));
     return Step::NextFormat;

@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "image/huge_pages.h"
+#include "image/block_recycler.h"
 
 namespace korvanel {
 
 // Leaves elements uninitialised when a vector grows without a value: the
 // rendition is written whole right after it is sized, so zeroing it first
-// would only cost a pass over memory. Large blocks ask for huge pages.
+// would only cost a pass over memory. Large blocks are recycled.
 template <typename T>
 struct NoFillAllocator : std::allocator<T> {
   using value_type = T;
@@ -22,10 +22,12 @@ struct NoFillAllocator : std::allocator<T> {
   };
   NoFillAllocator() = default;
   T* allocate(size_t n) {
-    T* p = std::allocator<T>::allocate(n);
-    AdviseHugePages(p, n * sizeof(T));
-    return p;
+    if (n > std::allocator_traits<std::allocator<T>>::max_size(*this)) throw std::bad_array_new_length();
+    void* p = CBlockRecycler::Shared().Take(n * sizeof(T), false);
+    if (p == nullptr) throw std::bad_alloc();
+    return static_cast<T*>(p);
   }
+  void deallocate(T* p, size_t n) noexcept { CBlockRecycler::Shared().Give(p, n * sizeof(T)); }
   template <typename U>
   NoFillAllocator(const NoFillAllocator<U>&) noexcept {}
   template <typename U>

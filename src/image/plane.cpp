@@ -1,11 +1,8 @@
 #include "image/plane.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <new>
 
-#include "image/huge_pages.h"
 #include "image/memory_budget.h"
 #include "image/sample_type.h"
 
@@ -25,11 +22,8 @@ bool Plane::Allocate(uint32_t bits, uint32_t width, uint32_t height, bool zero) 
   Reset();
   const std::optional<uint64_t> bytes = ByteCount(bits, width, height);
   if (!bytes || !MemoryAvailableFor(*bytes)) return false;
-  // One byte at least so that an empty plane still has a distinct address.
-  const size_t size = static_cast<size_t>(*bytes == 0 ? 1 : *bytes);
-  data_.reset(static_cast<uint8_t*>(zero ? std::calloc(size, 1) : std::malloc(size)));
-  if (!data_) return false;
-  AdviseHugePages(data_.get(), size);
+  data_ = RecycledBlock::Take(static_cast<size_t>(*bytes), zero);
+  if (data_.empty()) return false;
   bits_ = bits;
   width_ = width;
   height_ = height;
@@ -37,10 +31,8 @@ bool Plane::Allocate(uint32_t bits, uint32_t width, uint32_t height, bool zero) 
   return true;
 }
 
-void Plane::FreeBytes::operator()(uint8_t* p) const { std::free(p); }
-
 void Plane::Reset() {
-  data_.reset();
+  data_.Reset();
   bits_ = width_ = height_ = 0;
   byte_size_ = 0;
 }
@@ -51,8 +43,8 @@ std::optional<Plane> Plane::Crop(uint32_t x0, uint32_t y0, uint32_t w, uint32_t 
   const uint64_t bytes_per_sample = bits_ / 8;
   const uint64_t out_row = uint64_t{w} * bytes_per_sample;
   for (uint32_t y = 0; y < h; ++y) {
-    const uint8_t* src = data_.get() + (uint64_t{y0 + y} * width_ + x0) * bytes_per_sample;
-    std::memcpy(out.data_.get() + uint64_t{y} * out_row, src, static_cast<size_t>(out_row));
+    const uint8_t* src = data_.data() + (uint64_t{y0 + y} * width_ + x0) * bytes_per_sample;
+    std::memcpy(out.data_.data() + uint64_t{y} * out_row, src, static_cast<size_t>(out_row));
   }
   return out;
 }

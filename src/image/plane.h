@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
+
+#include "image/block_recycler.h"
 
 namespace korvanel {
 
@@ -26,35 +27,32 @@ class Plane {
   // A copy of the rectangle [x0, x0+w) x [y0, y0+h), which must lie inside.
   std::optional<Plane> Crop(uint32_t x0, uint32_t y0, uint32_t w, uint32_t h) const;
 
-  bool empty() const { return data_ == nullptr; }
+  bool empty() const { return data_.empty(); }
   uint32_t bits() const { return bits_; }
   uint32_t width() const { return width_; }
   uint32_t height() const { return height_; }
   uint64_t byte_size() const { return byte_size_; }
   uint64_t row_bytes() const { return uint64_t{width_} * (bits_ / 8); }
 
-  uint8_t* bytes() { return data_.get(); }
-  const uint8_t* bytes() const { return data_.get(); }
+  uint8_t* bytes() { return data_.data(); }
+  const uint8_t* bytes() const { return data_.data(); }
   template <typename T>
   T* Row(uint32_t y) {
-    return reinterpret_cast<T*>(data_.get()) + uint64_t{y} * width_;
+    return reinterpret_cast<T*>(data_.data()) + uint64_t{y} * width_;
   }
   template <typename T>
   const T* Row(uint32_t y) const {
-    return reinterpret_cast<const T*>(data_.get()) + uint64_t{y} * width_;
+    return reinterpret_cast<const T*>(data_.data()) + uint64_t{y} * width_;
   }
 
   // The sample at (x, y) widened to 32 bits; the caller checks the bounds.
   uint32_t SampleAt(uint32_t x, uint32_t y) const;
 
  private:
-  // malloc'd: calloc leaves fresh pages from the system as they come (zero)
-  // instead of touching them, so a zeroed plane's first touch happens where
-  // it is written, possibly on many threads.
-  struct FreeBytes {
-    void operator()(uint8_t* p) const;
-  };
-  std::unique_ptr<uint8_t[], FreeBytes> data_;
+  // A zeroed plane is zero without a pass over it when its pages are fresh
+  // from the system, so its first touch happens where it is written,
+  // possibly on many threads.
+  RecycledBlock data_;
   uint32_t bits_ = 0;
   uint32_t width_ = 0;
   uint32_t height_ = 0;

@@ -42,12 +42,6 @@ class CQtFeedback final : public IUserFeedback {
                         const std::function<void()>& cancel) override;
 
   CProgressRunner& Runner() { return runner_; }
-
- private:
-  IFeedbackWindow& window_;
-  CProgressRunner runner_;
-  AppState* open_raw_app_ = nullptr;
-  COpenRawImageManager* open_raw_ = nullptr;
   // The open-raw dialog over `manager`, its refusals told through `app`;
   // refused (as without a window) until BindOpenRaw was called.
   bool AskOpenRawFormat(std::string_view path, OpenRawAnswer& answer) override;
@@ -55,6 +49,12 @@ class CQtFeedback final : public IUserFeedback {
     open_raw_app_ = &app;
     open_raw_ = &manager;
   }
+
+ private:
+  IFeedbackWindow& window_;
+  CProgressRunner runner_;
+  AppState* open_raw_app_ = nullptr;
+  COpenRawImageManager* open_raw_ = nullptr;
 };
 
 }  // namespace korvanel
