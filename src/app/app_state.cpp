@@ -182,13 +182,16 @@ void AppState::StatusMessage(const char* format, ...) {
   va_start(args, format);
   std::vsnprintf(message_, sizeof(message_), format, args);
   va_end(args);
-  if (config_ != nullptr && !console_mode_) {
-    CLogger& log = config_->Logs().app;
-    log.BeginEntry("Status bar");
-    log.AddLine(message_);
-    log.Flush();
-  }
+  LogStatusMessage(message_);
   feedback_.StatusMessage(message_);
+}
+
+void AppState::LogStatusMessage(std::string_view text) {
+  if (config_ == nullptr || console_mode_) return;
+  CLogger& log = config_->Logs().app;
+  log.BeginEntry("Status bar");
+  log.AddLine(text);
+  log.Flush();
 }
 
 // --- opening -----------------------------------------------------------------

@@ -143,6 +143,9 @@ class AppState {
   void ShowMessage(std::string_view text, std::string_view title,
                    MessageStyle style = MessageStyle::Error);
   void StatusMessage(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  // Logs a status text the window shows by itself (the viewer's own
+  // prompts and refusals), as StatusMessage logs the core's.
+  void LogStatusMessage(std::string_view text);
   // A failed batch command: the text goes to the console and the batch error
   // log, and the run is marked failed.
   void ReportBatchError(const char* format, ...) __attribute__((format(printf, 2, 3)));

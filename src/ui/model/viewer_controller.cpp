@@ -470,7 +470,7 @@ InputPhaseKind CViewerController::ActivePhase() const {
 
 bool CViewerController::StartPhase(std::unique_ptr<IInputPhase> phase, std::string_view refusal) {
   if (phase_ || !phase) {
-    ShowStatusMessage(refusal);
+    SayStatus(refusal);
     return false;
   }
   phase_ = std::move(phase);
@@ -483,7 +483,7 @@ bool CViewerController::CancelPhase() {
   if (!phase_) return false;
   std::unique_ptr<IInputPhase> phase = std::move(phase_);
   phase->Cancel();
-  ShowStatusMessage(kPhaseCanceledText);
+  SayStatus(kPhaseCanceledText);
   MarkDirty();  // back to the FI as it was before the phase
   return true;
 }
@@ -491,7 +491,7 @@ bool CViewerController::CancelPhase() {
 void CViewerController::ApplyPhaseStep(PhaseStep step) {
   if (step.done) phase_.reset();
   if (!step.message.empty()) {
-    ShowStatusMessage(step.message);
+    SayStatus(step.message);
     return;
   }
   // Typing shows the prompt again; a finished phase leaves what its work
@@ -919,6 +919,11 @@ DialogResult CViewerController::ApplyRulerSettings() {
 }
 
 // --- timers and status ---------------------------------------------------------
+
+void CViewerController::SayStatus(std::string_view text) {
+  app_.LogStatusMessage(text);
+  ShowStatusMessage(text);
+}
 
 void CViewerController::ShowStatusMessage(std::string_view text) {
   state_.message.Show(text);

@@ -151,6 +151,8 @@ class CViewerController : private IJumpHost, private IFindHost {
   void ToggleRulerType();
   void ChangeHelpPage(int32_t delta);
   void Escape();
+  // A status text of the window's own: shown and logged.
+  void SayStatus(std::string_view text);
   void ApplyPhaseStep(PhaseStep step);
   void DropEndedPhase();
   void CompareStart();

@@ -97,8 +97,14 @@ std::string CViewerController::StatusReadout() const {
   text += CursorPrefix(*in.pixel);
   const std::optional<PixelSample> sample = SamplePixel(image, *in.pixel);
   if (sample) {
-    text += WithoutMarks(ReadoutLine(Tag(app_.Images().At(in.image)), ComponentNames(image), *in.pixel,
-                                     *sample, FormatOf(image, state_.flags.hex)));
+    const ImageRecord& record = app_.Images().At(in.image);
+    text += WithoutMarks(ReadoutLine(Tag(record), ComponentNames(image), *in.pixel, *sample,
+                                     FormatOf(image, state_.flags.hex)));
+    // With the overlay shown, the counts of the bins the pixel falls in.
+    const auto overlay = state_.histograms.find(record.serial);
+    if (overlay != state_.histograms.end()) {
+      text += HistSuffix(overlay->second.data, sample->values, state_.value_comma);
+    }
   }
   return text;
 }
@@ -129,6 +135,7 @@ void CViewerController::UpdateReadout() {
 void CViewerController::SetPartyRoi(const Rect& roi) {
   for (size_t index : PartyIndices()) app_.Images().At(index).image->SetRegionOfInterest(roi);
   state_.view_dirty = true;  // the grid colours the ROI
+  RefreshHistograms();       // an open overlay counts the ROI
 }
 
 void CViewerController::RoiMouseDown(ScreenPoint p) {
@@ -312,7 +319,7 @@ void CViewerController::FindAgain(SearchDirection direction) {
           ? std::nullopt
           : FindPixelValue(*image, image->GetRegionOfInterest(), *last.value, last.hit, direction);
   if (!hit) {
-    ShowStatusMessage(StrFormat(forward ? "Can't forward find more of pixel value <%s>"
+    SayStatus(StrFormat(forward ? "Can't forward find more of pixel value <%s>"
                                         : "Can't backward find more of pixel value <%s>",
                                 text.c_str()));
     return;
@@ -320,7 +327,7 @@ void CViewerController::FindAgain(SearchDirection direction) {
   last.hit = hit;
   last.hit_number = forward ? last.hit_number + 1 : std::max<uint32_t>(1, last.hit_number - 1);
   MarkFindHit(index, *hit);
-  ShowStatusMessage(StrFormat("Pixel value <%s> found at <%u,%u> (Hit %u)", text.c_str(),
+  SayStatus(StrFormat("Pixel value <%s> found at <%u,%u> (Hit %u)", text.c_str(),
                               static_cast<unsigned>(hit->x), static_cast<unsigned>(hit->y),
                               last.hit_number));
 }

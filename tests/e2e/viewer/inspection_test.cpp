@@ -59,6 +59,16 @@ TEST(ViewerInspection, PCopiesThePixelAndAJumpMarksItsTarget) {
       milliseconds(1000)))
       << "the white jump marker at the last pixel";
 
+  // A refused jump and a cancelled one leave their status texts in the log.
+  ASSERT_TRUE(session.Keys(window, {"j", "9", "9", "space"}));
+  ASSERT_TRUE(session.Keys(window, {"j", "5", "Escape"}));
+  const auto logged = [&] {
+    const std::string log = session.ReadFile("qel.log_app.txt");
+    return log.find("99 is not a valid X coordinate, aborting...") != std::string::npos &&
+           log.find("Operation canceled due to user abort") != std::string::npos;
+  };
+  EXPECT_TRUE(WaitFor(logged, kExitLimit)) << session.ReadFile("qel.log_app.txt");
+
   ASSERT_TRUE(session.Keys(window, {"alt+f", "x"}));
   EXPECT_EQ(session.WaitExit(), std::optional<int>(0));
 }
