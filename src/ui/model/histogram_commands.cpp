@@ -7,6 +7,7 @@
 #include "app/app_state.h"
 #include "image/histogram_result.h"
 #include "image/image_container.h"
+#include "ui/model/pixel_mapping.h"
 #include "ui/model/viewer_controller.h"
 
 namespace korvanel {
@@ -112,20 +113,12 @@ void CViewerController::ToggleBeautify() {
 // ZF 1 and above, by proportion below.
 std::optional<std::array<uint32_t, 3>> CViewerController::CursorSamples(size_t index) const {
   const ImageView* view = ViewAt(index);
-  if (view == nullptr || !view->picture.Contains(state_.cursor)) return std::nullopt;
-  const ScreenPoint p = state_.cursor;
-  int64_t x = 0;
-  int64_t y = 0;
-  if (Replicates(view->zf)) {
-    const int64_t k = RoundedZoom(view->zf);
-    x = (int64_t{p.x} - view->picture.left - view->offset.x) / k;
-    y = (int64_t{p.y} - view->picture.top - view->offset.y) / k;
-  } else {
-    x = (int64_t{p.x} - view->picture.left) * view->size.width / view->picture.Width();
-    y = (int64_t{p.y} - view->picture.top) * view->size.height / view->picture.Height();
-  }
+  if (view == nullptr) return std::nullopt;
+  const std::optional<PixelPoint> pixel = ScreenToPixel(*view, state_.cursor);
   std::array<uint32_t, 3> samples{};
-  if (!app_.Images().At(index).image->GetSampleValues(x, y, samples)) return std::nullopt;
+  if (!pixel || !app_.Images().At(index).image->GetSampleValues(pixel->x, pixel->y, samples)) {
+    return std::nullopt;
+  }
   return samples;
 }
 

@@ -239,5 +239,25 @@ TEST_F(HistogramCommandsTest, HelpPagesShowTheirTextAndALeftReleaseHidesThem) {
   EXPECT_EQ(host.dialogs, std::vector<DialogId>{DialogId::HelpWindow});
 }
 
+TEST_F(HistogramCommandsTest, TheStatusReadoutEndsWithThePixelsBinCountAndAnRoiRecountsIt) {
+  AddStripes("a.raw");
+  Start();
+  const ScreenRect picture = Frame().panels[0].picture;
+  const auto part0 = [&] { return host.statuses.back().parts[kStatusReadoutPart]; };
+  Move({picture.left + 6, picture.top + 3});
+  EXPECT_EQ(part0().find(" / Hist"), std::string::npos) << "no overlay, no count";
+  Press(Key::I);
+  Move({picture.left + 6, picture.top + 2});  // value 2: 64 of the 256 pixels
+  EXPECT_TRUE(part0().ends_with(" / Hist: 64")) << part0();
+  // Columns 0..5 of rows 0..1 hold value 2 twice.
+  for (const ScreenPoint corner : {ScreenPoint{picture.left, picture.top}, ScreenPoint{picture.left + 5, picture.top + 1}}) {
+    controller.PrepareFrame();
+    controller.OnLeftDown(corner, {});
+  }
+  Move({picture.left + 2, picture.top});
+  EXPECT_TRUE(part0().starts_with("ROI: 0,0..5,1 (6x2) | ")) << part0();
+  EXPECT_TRUE(part0().ends_with(" / Hist: 2")) << part0();
+}
+
 }  // namespace
 }  // namespace korvanel
