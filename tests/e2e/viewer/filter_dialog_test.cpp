@@ -37,9 +37,9 @@ TEST(ViewerFilterDialog, TypedFilterIsRefusedThenAppliedAndRemembered) {
 
   ASSERT_TRUE(session.Keys(window, {"alt+f", "x"}));
   EXPECT_EQ(session.WaitExit(), std::optional<int>(0)) << session.Output();
-  EXPECT_NE(session.ReadFile("qel.log_app.txt").find("Colors parse error\nPlease fix comp 1 token 1"),
-            std::string::npos)
-      << session.ReadFile("qel.log_app.txt");
+  const std::string log = session.ReadFile("qel.log_app.txt");
+  EXPECT_NE(log.find("Colors parse error\nPlease fix comp 1 token 1"), std::string::npos) << log;
+  EXPECT_NE(log.find("Filter: Applied in "), std::string::npos) << log;
 }
 
 }  // namespace
