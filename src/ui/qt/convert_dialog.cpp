@@ -14,25 +14,13 @@
 
 namespace korvanel {
 
-namespace {
-
-CHistoryCombo* Field(AppState& app, const char* tag, const std::string& name, const std::string& text,
-                     QWidget* parent) {
-  auto* combo = new CHistoryCombo(app.EditHistory(), tag, parent);
-  combo->setObjectName(QString::fromStdString(name));
-  combo->SetText(text);
-  return combo;
-}
-
-}  // namespace
-
 CConvertDialog::CConvertDialog(AppState& app, CConvertRawManager& manager, QWidget* parent)
     : QDialog(parent), app_(app), manager_(manager) {
   const ImageRecord& source = app.Images().At(app.FocusIndex());
   source.image->GetSize(source_width_, source_height_);
   setWindowTitle(QString::fromStdString(CConvertRawManager::Title(source.display_name)));
 
-  direct_ = Field(app, kConvertDirectTag, "direct_expression", manager.direct_expression, this);
+  direct_ = HistoryField(app.EditHistory(), kConvertDirectTag, "direct_expression", manager.direct_expression, this);
   choices_ = new CFormatChoiceButtons(manager.choices, this);
   generated_ = new QLabel(this);
   generated_->setObjectName("generated_expression");
@@ -41,19 +29,19 @@ CConvertDialog::CConvertDialog(AppState& app, CConvertRawManager& manager, QWidg
   for (size_t i = 0; i < rows_.size(); ++i) {
     row_labels_[i] = new QLabel(this);
     row_labels_[i]->setObjectName(QString("row_label_%1").arg(i + 1));
-    rows_[i] = Field(app, kConvertTransformTags[i], "transform_row_" + std::to_string(i + 1),
+    rows_[i] = HistoryField(app.EditHistory(), kConvertTransformTags[i], "transform_row_" + std::to_string(i + 1),
                      manager.transform_rows[i], this);
     rows->addRow(row_labels_[i], rows_[i]);
   }
 
   resize_ = NamedCheckBox("Resize", "resize", manager.resize, this);
-  size_ = Field(app, kConvertSizeTag, "new_size", manager.size_text, this);
+  size_ = HistoryField(app.EditHistory(), kConvertSizeTag, "new_size", manager.size_text, this);
   size_->lineEdit()->setPlaceholderText(kConvertSizeHint);
   auto* source_size = new QPushButton(QString::fromStdString(CConvertRawManager::SourceSizeText(source_width_, source_height_)), this);
   source_size->setObjectName("source_size");
   new_size_ = new QLabel(this);
   new_size_->setObjectName("new_size_line");
-  offset_ = Field(app, kConvertOffsetTag, "base_offset", manager.offset_text, this);
+  offset_ = HistoryField(app.EditHistory(), kConvertOffsetTag, "base_offset", manager.offset_text, this);
   tiled_ = NamedCheckBox("Tiled", "tiled", manager.tiled, this);
 
   auto* fields = new QFormLayout;

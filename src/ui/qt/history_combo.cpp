@@ -20,4 +20,12 @@ std::string CHistoryCombo::Text() const { return currentText().toStdString(); }
 
 void CHistoryCombo::SetText(const std::string& text) { setEditText(QString::fromStdString(text)); }
 
+CHistoryCombo* HistoryField(const CEditHistory& history, const char* tag, const std::string& name,
+                            const std::string& text, QWidget* parent) {
+  auto* combo = new CHistoryCombo(history, tag, parent);
+  combo->setObjectName(QString::fromStdString(name));
+  combo->SetText(text);
+  return combo;
+}
+
 }  // namespace korvanel

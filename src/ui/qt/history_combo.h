@@ -24,4 +24,8 @@ class CHistoryCombo final : public QComboBox {
   std::string tag_;
 };
 
+// A history field named `name` (tests find it by that name) showing `text`.
+CHistoryCombo* HistoryField(const CEditHistory& history, const char* tag, const std::string& name,
+                            const std::string& text, QWidget* parent);
+
 }  // namespace korvanel

@@ -12,25 +12,14 @@
 
 namespace korvanel {
 
-namespace {
-
-CHistoryCombo* Field(AppState& app, const char* tag, const char* name, const std::string& text, QWidget* parent) {
-  auto* combo = new CHistoryCombo(app.EditHistory(), tag, parent);
-  combo->setObjectName(name);
-  combo->SetText(text);
-  return combo;
-}
-
-}  // namespace
-
 COpenRawDialog::COpenRawDialog(AppState& app, COpenRawImageManager& manager, std::string_view path,
                                QWidget* parent)
     : QDialog(parent), app_(app), manager_(manager) {
   setWindowTitle(QString("Open raw image %1").arg(QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()))));
-  width_ = Field(app, kOpenRawWidthTag, "width", manager.width_text, this);
-  height_ = Field(app, kOpenRawHeightTag, "height", manager.height_text, this);
-  offset_ = Field(app, kOpenRawOffsetTag, "offset", manager.offset_text, this);
-  direct_ = Field(app, kOpenRawExpressionTag, "direct_expression", manager.direct_expression, this);
+  width_ = HistoryField(app.EditHistory(), kOpenRawWidthTag, "width", manager.width_text, this);
+  height_ = HistoryField(app.EditHistory(), kOpenRawHeightTag, "height", manager.height_text, this);
+  offset_ = HistoryField(app.EditHistory(), kOpenRawOffsetTag, "offset", manager.offset_text, this);
+  direct_ = HistoryField(app.EditHistory(), kOpenRawExpressionTag, "direct_expression", manager.direct_expression, this);
   choices_ = new CFormatChoiceButtons(manager.choices, this);
   ascii_ = NamedCheckBox("ASCII (CSV) file", "ascii", manager.ascii, this);
   generated_ = new QLabel(this);

@@ -12,17 +12,6 @@
 
 namespace korvanel {
 
-namespace {
-
-CHistoryCombo* Field(AppState& app, const char* tag, const char* name, const std::string& text, QWidget* parent) {
-  auto* combo = new CHistoryCombo(app.EditHistory(), tag, parent);
-  combo->setObjectName(name);
-  combo->SetText(text);
-  return combo;
-}
-
-}  // namespace
-
 CRulerSettingsDialog::CRulerSettingsDialog(AppState& app, CRulerSettingsManager& manager,
                                            std::function<DialogResult()> apply, QWidget* parent)
     : QDialog(parent), app_(app), manager_(manager), apply_(std::move(apply)) {
@@ -33,9 +22,9 @@ CRulerSettingsDialog::CRulerSettingsDialog(AppState& app, CRulerSettingsManager&
   image_pixels_ = new QRadioButton("Spacing and offset in image pixels", this);
   image_pixels_->setObjectName("image_pixels");
   (manager.screen_pixels ? screen_pixels_ : image_pixels_)->setChecked(true);
-  screen_spacing_ = Field(app, kRulerScreenSpacingTag, "screen_spacing", manager.screen_spacing, this);
-  image_spacing_ = Field(app, kRulerImageSpacingTag, "image_spacing", manager.image_spacing, this);
-  image_offset_ = Field(app, kRulerImageOffsetTag, "image_offset", manager.image_offset, this);
+  screen_spacing_ = HistoryField(app.EditHistory(), kRulerScreenSpacingTag, "screen_spacing", manager.screen_spacing, this);
+  image_spacing_ = HistoryField(app.EditHistory(), kRulerImageSpacingTag, "image_spacing", manager.image_spacing, this);
+  image_offset_ = HistoryField(app.EditHistory(), kRulerImageOffsetTag, "image_offset", manager.image_offset, this);
 
   auto* fields = new QFormLayout;
   fields->addRow(screen_pixels_);
