@@ -17,8 +17,8 @@ std::string EnvironmentValue(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-// An XDG base folder: the variable when it holds an absolute path (the
-// specification ignores relative ones), else the default under $HOME.
+// An XDG base folder: the variable when it holds an absolute path (XDG
+// says to ignore relative ones), else the default under $HOME.
 std::filesystem::path BaseFolder(const std::string& variable, const std::string& home,
                                  const char* home_default) {
   if (!variable.empty() && std::filesystem::path(variable).is_absolute()) return variable;
