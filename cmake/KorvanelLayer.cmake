@@ -5,13 +5,16 @@
 function(korvanel_add_layer layer)
   cmake_parse_arguments(ARG "" "" "BELOW" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-  # The composition root belongs to the program, not to a layer.
-  list(FILTER sources EXCLUDE REGEX ".*/src/app/main\\.cpp$")
   add_library(korvanel_${layer} STATIC ${sources})
   target_include_directories(korvanel_${layer} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  # Colour arithmetic must give the same doubles everywhere: no fused multiply-add.
-  target_compile_options(korvanel_${layer} PRIVATE -ffp-contract=off)
+  korvanel_exact_floating_point(korvanel_${layer})
   target_link_libraries(korvanel_${layer} PUBLIC ${ARG_BELOW})
+endfunction()
+
+# Colour arithmetic must give the same doubles everywhere, in the core and in
+# the viewer's readouts of it: no fused multiply-add.
+function(korvanel_exact_floating_point target)
+  target_compile_options(${target} PRIVATE -ffp-contract=off)
 endfunction()
 
 # The pixel kernels are worth the full vectoriser whatever the build type.
