@@ -9,7 +9,7 @@ namespace korvanel {
 
 namespace {
 
-constexpr const char* kTitle = "Diff images error";
+constexpr const char* kDiffErrorTitle = "Diff images error";
 
 std::string FileName(const ImageRecord& record) {
   const PathParts parts = SplitPath(record.path.empty() ? record.display_name : record.path);
@@ -50,11 +50,11 @@ uint32_t CurrentDiffCode(const AppState& app) {
 }
 
 CommandOutcome DiffComparison(AppState& app, uint32_t code) {
-  if (const char* refusal = Refusal(app)) return CommandOutcome::Failed(refusal, kTitle);
+  if (const char* refusal = Refusal(app)) return CommandOutcome::Failed(refusal, kDiffErrorTitle);
   if (app.Images().Full()) {
     return CommandOutcome::Failed(app.FormatMessage("Too many open images, reached a max of %u",
                                                     static_cast<unsigned>(app.Images().Count())),
-                                  kTitle);
+                                  kDiffErrorTitle);
   }
   const ImageRecord& left = app.Images().At(app.ComparisonGroup()[0]);
   const ImageRecord& right = app.Images().At(app.ComparisonGroup()[1]);

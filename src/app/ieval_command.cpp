@@ -6,14 +6,14 @@
 namespace korvanel {
 
 namespace {
-constexpr const char* kTitle = "Image Evaluator";
+constexpr const char* kIEvalTitle = "Image Evaluator";
 }  // namespace
 
 bool RunIEvalCommand(AppState& app, const IEvalRequest& request, const std::vector<size_t>& indices) {
   IEvalRequest expanded = request;
   std::string message;
   if (!app.SavedIEvals().ExpandNameMarkers(request.expression, expanded.expression, message)) {
-    app.ShowMessage("I-Eval error: " + message, kTitle);
+    app.ShowMessage("I-Eval error: " + message, kIEvalTitle);
     return false;
   }
   std::vector<const CImageConcreteBase*> images;
@@ -23,7 +23,7 @@ bool RunIEvalCommand(AppState& app, const IEvalRequest& request, const std::vect
             ? dynamic_cast<const CImageConcreteBase*>(app.Images().At(index).image.get())
             : nullptr;
     if (image == nullptr) {
-      app.ShowMessage("I-Eval error: No image to evaluate", kTitle);
+      app.ShowMessage("I-Eval error: No image to evaluate", kIEvalTitle);
       return false;
     }
     images.push_back(image);
@@ -32,7 +32,7 @@ bool RunIEvalCommand(AppState& app, const IEvalRequest& request, const std::vect
   CFeedbackProgress progress(app.Feedback());
   IEvalResult result = RunImageEval(
       expanded, images, app.Jobs(), [&](uint32_t stage, uint32_t stages, uint64_t pixels) {
-        progress.Start(StrFormat("%s (%u/%u)", kTitle, stage, stages), pixels);
+        progress.Start(StrFormat("%s (%u/%u)", kIEvalTitle, stage, stages), pixels);
         return &progress;
       });
   for (const IEvalMessage& m : result.messages) app.ShowMessage(m.text, m.title);

@@ -1,18 +1,14 @@
 #include "app/line_reader.h"
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 
 #include "app/crc32.h"
+#include "app/owned_file.h"
 #include "image/text_util.h"
 
 namespace korvanel {
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 bool IsCountedLine(std::string_view line) {
   const std::string_view text = TrimAscii(line);
@@ -68,7 +64,7 @@ uint32_t SectionAndKeyLinesCrc(const std::vector<std::string>& lines) {
 
 LineReadResult ReadTextLines(const std::filesystem::path& path, const LineReadOptions& options) {
   LineReadResult result;
-  const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+  const OwnedFile file(std::fopen(path.c_str(), "rb"));
   if (!file) return result;
 
   std::string line;

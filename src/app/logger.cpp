@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <cstdio>
 #include <ctime>
-#include <memory>
 
+#include "app/owned_file.h"
 #include "image/text_util.h"
 
 namespace korvanel {
@@ -14,10 +14,6 @@ constexpr const char* kSessionRule =
     "---xxx----------------------------------------------------------------------------------------"
     "xxx---";
 constexpr size_t kEntryRuleLength = 100;
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 std::string FormatTime(const char* format, const std::tm& time) {
   char buffer[128];
@@ -70,7 +66,7 @@ void CLogger::AddLineF(const char* format, ...) {
 void CLogger::Flush() {
   if (!enabled_ || !flush_enabled_ || lines_.empty()) return;
   lines_.emplace_back();
-  const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path_.c_str(), append_ ? "a" : "w"));
+  const OwnedFile file(std::fopen(path_.c_str(), append_ ? "a" : "w"));
   if (file) {
     for (const std::string& line : lines_) {
       std::fwrite(line.data(), 1, line.size(), file.get());

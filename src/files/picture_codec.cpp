@@ -8,10 +8,6 @@
 
 namespace korvanel {
 
-namespace {
-constexpr std::string_view kPictureExtensions = "bmp gif jpeg jpg png tiff exif wmf emf ico";
-}  // namespace
-
 bool IsPictureExtension(std::string_view extension) {
   if (extension.empty()) return false;
   const std::string lower = ToLowerAscii(extension);

@@ -11,8 +11,11 @@
 
 namespace korvanel {
 
-// Whether the extension (without dot, any case) is one of
-// "bmp gif jpeg jpg png tiff exif wmf emf ico", compared as whole words.
+// The extensions of the pictures Qt reads here, as words of one text.
+inline constexpr std::string_view kPictureExtensions = "bmp gif jpeg jpg png tiff exif wmf emf ico";
+
+// Whether the extension (without dot, any case) is one of kPictureExtensions,
+// compared as whole words.
 bool IsPictureExtension(std::string_view extension);
 
 // Decodes the first frame; null when Qt cannot read the file.

@@ -1,16 +1,12 @@
 #include "files/save_naming.h"
 
 #include "files/path_parts.h"
+#include "files/picture_codec.h"
 #include "image/text_util.h"
 
 namespace korvanel {
 
 namespace {
-
-// Any extension found inside this text is a picture's and becomes "raw".
-// It is a plain substring search, so "if" or an empty extension match too;
-// the names this program has always given depend on it.
-constexpr std::string_view kPictureExtensions = "bmp gif jpeg jpg png tiff exif wmf emf ico";
 
 std::string Limited(std::string name) {
   if (name.size() > kMaxSaveName) name.resize(kMaxSaveName);
@@ -37,6 +33,9 @@ std::string MakeSaveName(std::string_view file_name, SaveMode mode, const Rect* 
   } else if (roi_area == nullptr && from_picture) {
     stem += ".bin";
   }
+  // Any extension found inside the picture extensions' text becomes "raw". A
+  // plain substring search, so "if" or an empty extension match too; the
+  // names this program has always given depend on it.
   if (kPictureExtensions.find(extension) != std::string_view::npos) extension = "raw";
   if (roi_area != nullptr) return Limited(RoiPart(stem, *roi_area) + "." + extension);
   const std::string w = std::to_string(width);

@@ -15,6 +15,7 @@
 #include "ui/qt/inspection_overlay.h"
 #include "ui/qt/help_painter.h"
 #include "ui/qt/histogram_painter.h"
+#include "ui/qt/qt_conversions.h"
 
 namespace korvanel {
 namespace {
@@ -32,13 +33,9 @@ constexpr int32_t kTabTextIndent = 4;
 // The readout's highlighted spans in a tab.
 constexpr QRgb kTabSpanColor = qRgb(255, 255, 0);
 
-QColor ToQColor(const Rgb& c) { return QColor(c.r, c.g, c.b); }
-
 Rgb TabColor(const ConfigGui& gui, size_t index, Rgb fallback) {
   return index < gui.tab_color_fg_bg_hl.size() ? gui.tab_color_fg_bg_hl[index] : fallback;
 }
-
-QRect ToQRect(const ScreenRect& r) { return QRect(r.left, r.top, r.Width(), r.Height()); }
 
 ScreenRect Intersect(const ScreenRect& a, const ScreenRect& b) {
   return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),

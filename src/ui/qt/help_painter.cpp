@@ -3,14 +3,13 @@
 #include <QPen>
 #include <QString>
 
+#include "ui/qt/qt_conversions.h"
+
 namespace korvanel {
 namespace {
 
 constexpr qreal kCornerRadius = 10;  // 20 x 20 corners
-constexpr qreal kFrameWidth = 2;
-
-QColor ToColor(const Rgb& c) { return QColor(c.r, c.g, c.b); }
-QRect ToRect(const ScreenRect& r) { return QRect(r.left, r.top, r.Width(), r.Height()); }
+constexpr qreal kHelpFrameWidth = 2;
 
 }  // namespace
 
@@ -19,19 +18,19 @@ void PaintHelpOverlay(const FramePlan& plan, const CQtTextMetrics& metrics, QPai
   if (!plan.help_visible || plan.help_text == nullptr || help.box.Empty()) return;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing, true);
-  painter.setPen(QPen(ToColor(kHelpShadowOutline), 1));
-  painter.setBrush(ToColor(kHelpShadowColor));
-  painter.drawRoundedRect(ToRect(help.shadow), kCornerRadius, kCornerRadius);
-  painter.setPen(QPen(ToColor(kHelpFrameColor), kFrameWidth));
-  painter.setBrush(ToColor(kHelpBoxColor));
-  painter.drawRoundedRect(ToRect(help.box), kCornerRadius, kCornerRadius);
+  painter.setPen(QPen(ToQColor(kHelpShadowOutline), 1));
+  painter.setBrush(ToQColor(kHelpShadowColor));
+  painter.drawRoundedRect(ToQRect(help.shadow), kCornerRadius, kCornerRadius);
+  painter.setPen(QPen(ToQColor(kHelpFrameColor), kHelpFrameWidth));
+  painter.setBrush(ToQColor(kHelpBoxColor));
+  painter.drawRoundedRect(ToQRect(help.box), kCornerRadius, kCornerRadius);
   painter.setRenderHint(QPainter::Antialiasing, false);
 
-  painter.setPen(ToColor(kHelpTextColor));
+  painter.setPen(ToQColor(kHelpTextColor));
   painter.setBrush(Qt::NoBrush);
   painter.setFont(metrics.Font(help.font));
   // One call per frame: the wrapping layout is worth its cost here.
-  painter.drawText(ToRect(help.text), Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+  painter.drawText(ToQRect(help.text), Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
                    QString::fromStdString(*plan.help_text));
 
   const QFontMetrics& fm = metrics.Metrics(FontRole::Text);

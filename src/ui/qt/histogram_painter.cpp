@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/qt/qt_conversions.h"
+
 namespace korvanel {
 namespace {
 
 constexpr int kFrameWidth = 2;
-
-QColor ToColor(const Rgb& c) { return QColor(c.r, c.g, c.b); }
 
 QRect Local(const ScreenRect& r, const ScreenRect& box) {
   return QRect(r.left - box.left, r.top - box.top, r.Width(), r.Height());
@@ -38,9 +38,9 @@ void PaintBars(const HistogramPlan& plan, const HistogramRow& row, const QRect& 
   int64_t lit = -1;
   if (row.channel < plan.lit.size() && plan.lit[row.channel]) lit = *plan.lit[row.channel];
   const bool hovered_channel = plan.hover && plan.hover->channel == row.channel;
-  const QColor bar_color = ToColor(channel.color);
-  const QColor hover_color = ToColor(kHistogramHoverColor);
-  const QColor lit_color = ToColor(kHistogramLitColor);
+  const QColor bar_color = ToQColor(channel.color);
+  const QColor hover_color = ToQColor(kHistogramHoverColor);
+  const QColor lit_color = ToQColor(kHistogramLitColor);
   const int32_t width = rect.width();
   const int32_t height = rect.height();
   for (int32_t column = 0; column < width; ++column) {
@@ -68,13 +68,13 @@ void PaintText(const HistogramPlan& plan, const HistogramRow& row, const QRect& 
   painter.setFont(metrics.Font(row.font));
   if (plan.transparent) {
     if (plan.shadow) {
-      painter.setPen(ToColor(plan.shadow_color));
+      painter.setPen(ToQColor(plan.shadow_color));
       painter.drawText(at + QPoint(1, 1), text);
     }
-    painter.setPen(ToColor(plan.foreground));
+    painter.setPen(ToQColor(plan.foreground));
   } else {
     const bool label = row.kind == HistogramRowKind::Label;
-    painter.setPen(ToColor(label ? plan.data->channels[row.channel].color : kHistogramTextColor));
+    painter.setPen(ToQColor(label ? plan.data->channels[row.channel].color : kHistogramTextColor));
   }
   painter.drawText(at, text);
 }
@@ -95,12 +95,12 @@ void PaintHistogramBox(const HistogramPlan& plan, const CQtTextMetrics& metrics,
   image.fill(Qt::transparent);
   QPainter painter(&image);
   if (!plan.transparent) {
-    painter.fillRect(QRect(QPoint(0, 0), size), ToColor(kHistogramBoxColor));
+    painter.fillRect(QRect(QPoint(0, 0), size), ToQColor(kHistogramBoxColor));
     // The 2-pixel frame lies inside the box.
-    painter.fillRect(0, 0, size.width(), kFrameWidth, ToColor(kHistogramFrameColor));
-    painter.fillRect(0, size.height() - kFrameWidth, size.width(), kFrameWidth, ToColor(kHistogramFrameColor));
-    painter.fillRect(0, 0, kFrameWidth, size.height(), ToColor(kHistogramFrameColor));
-    painter.fillRect(size.width() - kFrameWidth, 0, kFrameWidth, size.height(), ToColor(kHistogramFrameColor));
+    painter.fillRect(0, 0, size.width(), kFrameWidth, ToQColor(kHistogramFrameColor));
+    painter.fillRect(0, size.height() - kFrameWidth, size.width(), kFrameWidth, ToQColor(kHistogramFrameColor));
+    painter.fillRect(0, 0, kFrameWidth, size.height(), ToQColor(kHistogramFrameColor));
+    painter.fillRect(size.width() - kFrameWidth, 0, kFrameWidth, size.height(), ToQColor(kHistogramFrameColor));
   }
   for (const HistogramRow& row : plan.layout.rows) {
     if (row.channel >= plan.data->channels.size()) continue;

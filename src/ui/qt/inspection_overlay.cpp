@@ -4,11 +4,11 @@
 #include <QPen>
 #include <QRect>
 
+#include "ui/qt/qt_conversions.h"
+
 namespace korvanel {
 
 namespace {
-
-QRect ToRect(const ScreenRect& r) { return QRect(r.left, r.top, r.Width(), r.Height()); }
 
 // A one-pixel ring on the pixels of `r` itself.
 void Ring(QPainter& painter, const ScreenRect& r) {
@@ -48,7 +48,7 @@ void DrawMarks(const std::vector<MarkPlan>& marks, QPainter& painter) {
   for (const MarkPlan& m : marks) {
     const QColor color(m.color.r, m.color.g, m.color.b);
     if (m.rect.Width() < kRingFromBlock) {
-      painter.fillRect(ToRect(m.rect), color);
+      painter.fillRect(ToQRect(m.rect), color);
     } else {
       painter.setPen(QPen(color, 1));
       painter.setBrush(Qt::NoBrush);
@@ -71,7 +71,7 @@ void DrawMarkers(const std::vector<MarkPlan>& markers, QPainter& painter) {
 void DrawPanelInspection(const PanelPlan& p, QPainter& painter) {
   if (p.picture.Empty()) return;
   painter.save();
-  painter.setClipRect(ToRect(p.picture));
+  painter.setClipRect(ToQRect(p.picture));
   DrawMarks(p.inspect.marks, painter);
   if (!p.inspect.roi_frame.Empty()) {
     painter.save();

@@ -37,12 +37,11 @@
 #include "ui/qt/ruler_settings_dialog.h"
 #include "ui/qt/dialogs/help_window.h"
 #include "ui/qt/frame_renderer.h"
+#include "ui/qt/qt_conversions.h"
 #include "ui/qt/update_checker.h"
 
 namespace korvanel {
 namespace {
-
-QString ToQString(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
 // The canvas handles its own events: the scroll area would otherwise take
 // the wheel and paint itself.

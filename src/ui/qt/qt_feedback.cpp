@@ -7,11 +7,10 @@
 #include <cstdio>
 
 #include "ui/qt/open_raw_dialog.h"
+#include "ui/qt/qt_conversions.h"
 
 namespace korvanel {
 namespace {
-
-QString ToQString(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
 struct StyleIcon {
   MessageStyle style;
