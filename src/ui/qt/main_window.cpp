@@ -18,7 +18,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QShortcut>
+#include <QScreen>
 #include <QStatusBar>
 #include <QSysInfo>
 #include <QTimer>
@@ -41,6 +41,8 @@
 
 namespace korvanel {
 namespace {
+
+constexpr QSize kFirstWindowSize(1024, 768);
 
 QString ToQString(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
@@ -100,16 +102,15 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
   BuildScrollArea();
   BuildTimers();
   BuildUpdateChecker(config);
-  for (const QKeySequence& keys : {QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question)}) {
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, &CMainWindow::ShowAbout);
-  }
   controller_ = std::make_unique<CViewerController>(app_, *this, ViewerSettings::FromConfig(config));
   // Pixel values show only where the value font really fits a block.
   controller_->SetTextMetrics(&renderer_->TextMetrics());
   feedback_.BindOpenRaw(app_, controller_->Dialogs().open_raw);
   canvas_->SetController(controller_.get());
   canvas_->setFocus();
-  resize(1024, 768);
+  // The first size stays within the screen's free area: under a scale
+  // factor 1024 x 768 logical pixels can be larger than the screen.
+  resize(kFirstWindowSize.boundedTo(screen()->availableGeometry().size()));
   controller_->CheckUpdatesAtStart();
 }
 
@@ -244,6 +245,12 @@ void CMainWindow::SetScrollBars(const ScrollBarState& h, const ScrollBarState& v
 
 void CMainWindow::ShowStatus(const StatusFields& fields) {
   for (size_t i = 0; i < kStatusPartCount; ++i) status_parts_[i]->setText(ToQString(fields.parts[i]));
+}
+
+int32_t CMainWindow::StatusBarWidth() const { return width(); }
+
+int32_t CMainWindow::StatusTextWidth(std::string_view text) const {
+  return status_parts_[kStatusReadoutPart]->fontMetrics().horizontalAdvance(ToQString(text));
 }
 
 void CMainWindow::StartTimer(TimerId id, uint32_t period_ms) { timers_.at(id)->start(static_cast<int>(period_ms)); }
