@@ -165,6 +165,9 @@ struct CommandActions {
     c.OnDialogApplied();
   }
 
+  static void Save(C& c, Command command) { SaveForCommand(c.app_, command); }
+  static void SelectDiff(C& c, Command command) { SelectDiffType(c.app_, command); }
+
   static size_t Under(const C& c) { return c.pointer_.ImageUnderCursor(); }
   static bool Flag(const C& c, bool ViewFlags::*flag) { return c.state_.flags.*flag; }
   static bool DiffIs(const C& c, DiffType type) { return c.app_.GetDiffType() == type; }
@@ -252,19 +255,19 @@ std::span<const CommandRow> CommandActions::Rows() {
       {Cmd::SaveViaCommand, true, [](C& c, Cmd) { c.phases_.StartSave(); }, nullptr, nullptr},
       {Cmd::NewDuplicate, false, [](C& c, Cmd) { c.app_.NewDuplicateFromView(); }, nullptr, nullptr},
       {Cmd::DuplicateOrCrop, false, [](C& c, Cmd) { c.app_.NewImageFromView(); }, nullptr, nullptr},
-      {Cmd::SaveOriginalRaw, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveBinaryPlanner, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveBinaryInterleave, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveBinaryPlannerBe, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveBinaryInterleaveBe, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveTextOriginal, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveTextPlanner, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveTextInterleave, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveHexOriginal, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveHexPlanner, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveHexInterleave, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveHexPlannerBe, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
-      {Cmd::SaveHexInterleaveBe, false, [](C& c, Cmd cmd) { SaveForCommand(c.app_, cmd); }, nullptr, nullptr},
+      {Cmd::SaveOriginalRaw, false, Save, nullptr, nullptr},
+      {Cmd::SaveBinaryPlanner, false, Save, nullptr, nullptr},
+      {Cmd::SaveBinaryInterleave, false, Save, nullptr, nullptr},
+      {Cmd::SaveBinaryPlannerBe, false, Save, nullptr, nullptr},
+      {Cmd::SaveBinaryInterleaveBe, false, Save, nullptr, nullptr},
+      {Cmd::SaveTextOriginal, false, Save, nullptr, nullptr},
+      {Cmd::SaveTextPlanner, false, Save, nullptr, nullptr},
+      {Cmd::SaveTextInterleave, false, Save, nullptr, nullptr},
+      {Cmd::SaveHexOriginal, false, Save, nullptr, nullptr},
+      {Cmd::SaveHexPlanner, false, Save, nullptr, nullptr},
+      {Cmd::SaveHexInterleave, false, Save, nullptr, nullptr},
+      {Cmd::SaveHexPlannerBe, false, Save, nullptr, nullptr},
+      {Cmd::SaveHexInterleaveBe, false, Save, nullptr, nullptr},
       {Cmd::SaveStatistics, false, [](C& c, Cmd) { SaveStatisticsContext(c.app_, Under(c)); }, nullptr, nullptr},
       {Cmd::ExportPng, false, [](C& c, Cmd) { ExportPngContext(c.app_, Under(c)); }, nullptr, nullptr},
       {Cmd::ToggleAutoNaming, false, [](C& c, Cmd) { c.app_.SetAutoFileNaming(!c.app_.AutoFileNaming()); },
@@ -273,13 +276,13 @@ std::span<const CommandRow> CommandActions::Rows() {
       {Cmd::CloseAll, false, [](C& c, Cmd) { CloseAllContext(c.app_); }, nullptr, nullptr},
       {Cmd::Diff, true, [](C& c, Cmd) { DiffParty(c.app_); }, nullptr, nullptr},
       {Cmd::CycleDiffType, false, [](C& c, Cmd) { CycleDiffType(c.app_); }, nullptr, nullptr},
-      {Cmd::DiffTypeAllBin, false, [](C& c, Cmd cmd) { SelectDiffType(c.app_, cmd); },
+      {Cmd::DiffTypeAllBin, false, SelectDiff,
        [](const C& c) { return DiffIs(c, DiffType::kAllBin); }, nullptr},
-      {Cmd::DiffTypeMaskBin, false, [](C& c, Cmd cmd) { SelectDiffType(c.app_, cmd); },
+      {Cmd::DiffTypeMaskBin, false, SelectDiff,
        [](const C& c) { return DiffIs(c, DiffType::kMaskBin); }, nullptr},
-      {Cmd::DiffTypeAllAbsDelta, false, [](C& c, Cmd cmd) { SelectDiffType(c.app_, cmd); },
+      {Cmd::DiffTypeAllAbsDelta, false, SelectDiff,
        [](const C& c) { return DiffIs(c, DiffType::kAllAbsDelta); }, nullptr},
-      {Cmd::DiffTypeMaskAbsDelta, false, [](C& c, Cmd cmd) { SelectDiffType(c.app_, cmd); },
+      {Cmd::DiffTypeMaskAbsDelta, false, SelectDiff,
        [](const C& c) { return DiffIs(c, DiffType::kMaskAbsDelta); }, nullptr},
       {Cmd::CopyImage, false, [](C& c, Cmd) { CopyImageToClipboard(c.app_, c.host_, ImageOrFocus(c.app_, Under(c))); },
        nullptr, nullptr},
