@@ -122,6 +122,8 @@ class NullHost : public IViewerHost {
   }
   void SetScrollBars(const ScrollBarState&, const ScrollBarState&) override {}
   void ShowStatus(const StatusFields&) override {}
+  int32_t StatusBarWidth() const override { return kClient.width; }
+  int32_t StatusTextWidth(std::string_view text) const override { return static_cast<int32_t>(text.size()); }
   void StartTimer(TimerId, uint32_t) override {}
   void StopTimer(TimerId) override {}
   void SetCursorShape(CursorShape) override {}
@@ -177,7 +179,7 @@ class Viewer {
         screen_(kClient.width, kClient.height, QImage::Format_RGB32) {
     app_.LoadFormats(Files().Rules());
     controller_.SetTextMetrics(&renderer_.TextMetrics());
-    controller_.OnResize(kClient, 0);
+    controller_.OnResize(kClient);
   }
 
   bool Open(const std::string& path) {
@@ -195,7 +197,7 @@ class Viewer {
     app_.CloseAllImages();
     controller_.OnImagesChanged();
   }
-  void Resize() { controller_.OnResize(kClient, 0); }
+  void Resize() { controller_.OnResize(kClient); }
 
   // What the canvas's paint event does on a dirty frame: plan, compose the
   // base, blit it, draw the overlay.

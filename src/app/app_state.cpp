@@ -298,6 +298,7 @@ bool AppState::ReplaceImage(size_t index, std::unique_ptr<IImageContainer> image
   record.summary = MakeSummaryLine(image->GetRawByteSize(), width, height, record.display_name);
   record.image = std::move(image);
   record.format_text = std::move(format_text);
+  images_.MarkChanged();
   MarkCreatedUnsaved(record.image.get());
   feedback_.RequestRepaint();
   return true;
@@ -422,6 +423,7 @@ bool AppState::ReloadImage(size_t index, bool keep_format) {
       MakeSummaryLine(loaded.image->GetRawByteSize(), width, height, record.display_name);
   record.image = std::move(loaded.image);
   record.format_text = std::move(loaded.format_text);
+  images_.MarkChanged();
   feedback_.RequestRepaint();
   return true;
 }

@@ -86,7 +86,7 @@ class CImageConcreteBase : public IImageContainer {
   std::vector<Plane>& FilteredPlanes() { return filtered_planes_; }
   std::vector<uint32_t>& MutableSelectionMask() { return mask_; }
   // What the rendition shows: the filtered copy while there is one.
-  const std::vector<Plane>& ShownPlanes() const {
+  const std::vector<Plane>& ShownPlanes() const override {
     return filtered_planes_.empty() ? planes_ : filtered_planes_;
   }
 

@@ -87,5 +87,18 @@ TEST(MenuTable, EveryCommandIsReachable) {
   }
 }
 
+// Alt+/ and Alt+? (Shift+/) open the about box with or without images, help
+// shown or not: the window's only keys outside the image area's range.
+TEST(KeyTables, AltSlashOpensAboutEverywhere) {
+  for (const bool images : {false, true}) {
+    for (const bool help : {false, true}) {
+      EXPECT_EQ(CommandForKey({Key::Slash, {.alt = true}}, images, help), Command::About);
+      EXPECT_EQ(CommandForKey({Key::Slash, {.shift = true, .alt = true}}, images, help), Command::About);
+    }
+  }
+  EXPECT_EQ(CommandForKey({Key::Slash, {}}, true, false), Command::None);
+  EXPECT_EQ(CommandForKey({Key::Slash, {.ctrl = true, .alt = true}}, true, false), Command::None);
+}
+
 }  // namespace
 }  // namespace korvanel
