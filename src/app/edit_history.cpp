@@ -71,12 +71,18 @@ std::vector<std::string> CEditHistory::Tags() const {
   return tags;
 }
 
-bool CEditHistory::Load(const std::filesystem::path& path) {
+void CEditHistory::AddNewer(const CEditHistory& newer) {
+  for (const auto& [tag, list] : newer.lists_) {
+    for (auto text = list.rbegin(); text != list.rend(); ++text) Add(tag, *text);
+  }
+}
+
+LineReadStatus CEditHistory::Load(const std::filesystem::path& path) {
   lists_.clear();
   LineReadOptions options;
   options.max_line_length = kMaxEditHistoryLine;
   LineReadResult read = ReadTextLines(path, options);
-  if (read.status != LineReadStatus::kOk) return false;
+  if (read.status != LineReadStatus::kOk) return read.status;
   std::vector<bool> cut(read.lines.size() + 1, false);
   for (uint32_t number : read.cut_lines) {
     if (number <= read.lines.size()) cut[number - 1] = true;
@@ -95,7 +101,7 @@ bool CEditHistory::Load(const std::filesystem::path& path) {
       }
     }
   }
-  return true;
+  return LineReadStatus::kOk;
 }
 
 bool CEditHistory::Store(const std::filesystem::path& path) const {

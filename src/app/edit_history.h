@@ -21,6 +21,8 @@
 #include <string_view>
 #include <vector>
 
+#include "app/line_reader.h"
+
 namespace korvanel {
 
 inline constexpr const char* kEditHistoryFileName = "Korvanel.dat";
@@ -36,9 +38,10 @@ class CEditHistory {
   const std::vector<std::string>& Entries(std::string_view tag) const;
   std::vector<std::string> Tags() const;
 
-  // Replaces the content with the file's; false (content empty) when it
-  // cannot be read.
-  bool Load(const std::filesystem::path& path);
+  // Replaces the content with the file's; anything but kOk leaves it empty.
+  LineReadStatus Load(const std::filesystem::path& path);
+  // Puts `newer`'s entries first in each of its lists, as if added here.
+  void AddNewer(const CEditHistory& newer);
   // Writes a fresh file beside the old one and renames it over, so a failed
   // write never leaves a half file; false when it cannot be written.
   bool Store(const std::filesystem::path& path) const;
