@@ -43,6 +43,15 @@ std::string Unescape(std::string_view text) {
   return out;
 }
 
+// Whether the entry's line ("=" and the escaped text) loads again: a longer
+// line would be cut and dropped, so such an entry is not kept in the first
+// place.
+bool FitsOnALine(std::string_view text) {
+  size_t length = 1 + text.size();
+  for (char c : text) length += c == '\\' || c == '\n' || c == '\r' ? 1 : 0;
+  return length <= kMaxEditHistoryLine;
+}
+
 bool IsBlank(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c == ' ' || c == '\t'; });
 }
@@ -50,7 +59,7 @@ bool IsBlank(std::string_view text) {
 }  // namespace
 
 void CEditHistory::Add(std::string_view tag, std::string_view text) {
-  if (tag.empty() || IsBlank(text)) return;
+  if (tag.empty() || IsBlank(text) || !FitsOnALine(text)) return;
   auto found = lists_.find(tag);
   if (found == lists_.end()) found = lists_.emplace(std::string(tag), std::vector<std::string>{}).first;
   std::vector<std::string>& list = found->second;
@@ -96,7 +105,7 @@ LineReadStatus CEditHistory::Load(const std::filesystem::path& path) {
     } else if (current != nullptr && !line.empty() && line.front() == '=' &&
                current->size() < kEditHistoryDepth) {
       std::string text = Unescape(std::string_view(line).substr(1));
-      if (!IsBlank(text) && std::find(current->begin(), current->end(), text) == current->end()) {
+      if (!IsBlank(text) && FitsOnALine(text) && std::find(current->begin(), current->end(), text) == current->end()) {
         current->push_back(std::move(text));
       }
     }

@@ -12,7 +12,9 @@
 // return "\r", so every entry stays on one line. Tags the program does not
 // know are kept and written back unchanged. Entries before any tag, lines
 // longer than kMaxEditHistoryLine and entries beyond 40 per tag are dropped,
-// so a damaged file loads what it can.
+// so a damaged file loads what it can. An entry whose stored line would be
+// longer than that is not kept either (not even when added), so that what is
+// stored always loads again.
 
 #include <cstddef>
 #include <filesystem>

@@ -100,6 +100,25 @@ TEST(EditHistory, LoadingMoreThanFortyKeepsTheFirstForty) {
   EXPECT_EQ(history.Entries("[CR_DIRECT_EXPR]").back(), "P,Y,39");
 }
 
+// An entry whose stored line would be cut on the next load is not kept at
+// all: a lone backslash at the end loads as itself but is stored doubled.
+TEST(EditHistory, KeepsOnlyEntriesWhoseStoredLineLoadsAgain) {
+  TempDir dir;
+  const std::string fits(kMaxEditHistoryLine - 1, 'x');
+  const std::string grows = std::string(kMaxEditHistoryLine - 2, 'x') + "\\";
+  CEditHistory history;
+  ASSERT_EQ(history.Load(dir.Write("Korvanel.dat", "[A]\n=" + fits + "\n=" + grows + "\n")), LineReadStatus::kOk);
+  EXPECT_EQ(history.Entries("[A]"), Texts{fits});
+  history.Add("[B]", fits + "\n");
+  history.Add("[B]", "a\nb");
+  EXPECT_EQ(history.Entries("[B]"), Texts{"a\nb"});
+  ASSERT_TRUE(history.Store(dir / "Korvanel.dat"));
+  CEditHistory reloaded;
+  ASSERT_EQ(reloaded.Load(dir / "Korvanel.dat"), LineReadStatus::kOk);
+  EXPECT_EQ(reloaded.Entries("[A]"), Texts{fits});
+  EXPECT_EQ(reloaded.Entries("[B]"), Texts{"a\nb"});
+}
+
 TEST(EditHistory, MissingFileOrFolderFailsWithoutTouchingAnything) {
   TempDir dir;
   CEditHistory history;
