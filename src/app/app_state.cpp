@@ -60,7 +60,7 @@ AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
   ApplyConfiguration(config.Values());
   SetFormatLog(&config.Logs().format_load);
   LoadFormats("");
-  if (config.Values().system.reload_dialogs_edit_history) edit_history_.Load(EditHistoryPath());
+  LoadEditHistory(config.Values().system.reload_dialogs_edit_history);
 }
 
 AppState::~AppState() {
@@ -137,9 +137,28 @@ std::filesystem::path AppState::EditHistoryPath() const {
   return std::filesystem::path(work_path_) / kEditHistoryFileName;
 }
 
+void AppState::LoadEditHistory(bool restore) {
+  restore_edit_history_ = restore;
+  const std::filesystem::path path = EditHistoryPath();
+  const LineReadStatus status = (restore ? edit_history_ : kept_edit_history_).Load(path);
+  if (status == LineReadStatus::kOk || status == LineReadStatus::kMissing) return;
+  // Writing over what could not be read would lose the user's entries.
+  edit_history_unreadable_ = true;
+  CLogger& log = config_->Logs().app;
+  log.BeginEntry("Load dialog edit history");
+  log.AddLine(path.string() + " " + LineReadProblem(status) +
+              "; the dialog histories are not restored and the file is left as it is");
+  log.Flush();
+}
+
 bool AppState::StoreEditHistory() const {
   const std::filesystem::path path = EditHistoryPath();
-  return !path.empty() && edit_history_.Store(path);
+  if (path.empty() || edit_history_unreadable_) return false;
+  if (restore_edit_history_) return edit_history_.Store(path);
+  // Not restored, the file's entries still stay, under this session's.
+  CEditHistory merged = kept_edit_history_;
+  merged.AddNewer(edit_history_);
+  return merged.Store(path);
 }
 
 // --- messages ----------------------------------------------------------------

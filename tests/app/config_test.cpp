@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <functional>
 
@@ -7,6 +8,7 @@
 #include "app/configuration.h"
 #include "support/log_texts.h"
 #include "support/temp_dir.h"
+#include "support/time_limit.h"
 
 namespace korvanel {
 namespace {
@@ -384,6 +386,27 @@ TEST(ConfigurationLoad, BinaryGarbageNeverStopsTheLoad) {
   for (int i = 0; i < 5000; ++i) garbage.push_back(static_cast<char>((i * 7919) % 256));
   CConfiguration config(dir.path());
   EXPECT_TRUE(config.Load(dir.Write("Korvanel.ini", "[gui]\n" + garbage)));
+}
+
+// A pipe or a link to /dev/zero named Korvanel.ini is reported like any other
+// problem of the file and leaves the defaults; it never blocks the start.
+TEST(ConfigurationLoad, NoRegularFileIsReportedWithoutBlocking) {
+  TempDir dir;
+  mkfifo((dir / "fifo.ini").c_str(), 0600);
+  std::filesystem::create_symlink("/dev/zero", dir / "zero.ini");
+  for (const char* name : {"fifo.ini", "zero.ini"}) {
+    std::filesystem::remove(dir / kConfigErrorLogName);
+    const int code = test::ExitCodeWithin(std::chrono::seconds(10), [&] {
+      CConfiguration config(dir.path());
+      config.Logs().config_errors.SetStampSource(FixedStamp);
+      return config.Load(dir / name) ? 1 : 0;
+    });
+    EXPECT_EQ(code, 0) << name;
+    EXPECT_EQ(ReadWholeFile(dir / kConfigErrorLogName),
+              StampedSessionStart() + kEntryRule + "\nEntry 1: " + (dir / name).string() +
+                  "\nThe file is not a regular file, ignored\n\n")
+        << name;
+  }
 }
 
 TEST(ExecutableDirectory, IsTheFolderOfTheRunningProgram) {
