@@ -23,11 +23,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/app_state.h"
 #include "app/configuration.h"
 #include "frame_bytes.h"
+#include "image/block_recycler.h"
+#include "image/image_concrete_base.h"
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
 #include "ui/qt/frame_renderer.h"
@@ -445,6 +448,102 @@ void BM_WidgetRepaint(benchmark::State& state, bool pan) {
 }
 BENCHMARK_CAPTURE(BM_WidgetRepaint, still, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_WidgetRepaint, pan, true)->Unit(benchmark::kMillisecond);
+
+// --- resident memory ----------------------------------------------------------
+
+// A /proc/self/status field (VmRSS, VmHWM) in bytes; nothing when missing.
+std::optional<uint64_t> StatusBytes(std::string_view field) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line)) {
+    if (line.starts_with(field) && line.size() > field.size() && line[field.size()] == ':') {
+      return std::strtoull(line.c_str() + field.size() + 1, nullptr, 10) * 1024;
+    }
+  }
+  return std::nullopt;
+}
+
+uint64_t PlaneBytes(const AppState& app) {
+  uint64_t bytes = 0;
+  for (size_t i = 0; i < app.Images().Count(); ++i) {
+    const auto* image = dynamic_cast<const CImageConcreteBase*>(app.Images().At(i).image.get());
+    for (uint32_t p = 0; image != nullptr && p < image->PlaneCount(); ++p) {
+      bytes += image->GetPlane(p).byte_size();
+    }
+  }
+  return bytes;
+}
+
+uint64_t ShownRenditionBytes(CViewerController& controller) {
+  uint64_t bytes = 0;
+  for (const PanelPlan& panel : controller.PrepareFrame().panels) {
+    if (panel.rendition != nullptr) bytes += panel.rendition->pixels.size() * sizeof(uint32_t);
+  }
+  return bytes;
+}
+
+enum class OpenWay { Together, OneByOne, Reload };
+
+// The real window with `frames` 4K NV12 frames open and one shown: opened
+// together (as from the command line, one paint at the end), one by one
+// (each shown as it opens, as a user opens them in turn), or one by one and
+// then the shown frame reloaded three times (as after outside changes).
+// Reports resident memory against the planes plus the shown renditions and
+// the empty window's own footprint, all in MB. Run one case per process
+// (bench/viewer_memory.sh): the peak is the process's.
+void BM_ResidentMemory(benchmark::State& state, OpenWay way) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  const auto frames = static_cast<uint32_t>(state.range(0));
+  for (uint32_t i = 0; i < frames; ++i) Files().Nv12(i);  // written before the empty figure
+  const ConfigValues config = BenchConfig({0.0, false, false});
+  QuietFeedback feedback;
+  ConfiguredApp configured(feedback, config);
+  AppState& app = configured.app;
+  if (!app.LoadFormats(Files().Rules())) return state.SkipWithError("formats not loaded");
+  CMainWindow window(app, config);
+  window.resize(kClient.width, kClient.height);
+  window.show();
+  window.Canvas().repaint();
+  QApplication::processEvents();
+  const std::optional<uint64_t> empty = StatusBytes("VmRSS");
+  for (auto _ : state) {
+    for (uint32_t i = 0; i < frames; ++i) {
+      if (!app.OpenImage(Files().Nv12(i))) return state.SkipWithError("open failed");
+      if (way == OpenWay::Together) continue;
+      window.Controller().OnImagesChanged();
+      window.Canvas().repaint();
+    }
+    window.Controller().OnImagesChanged();
+    window.Canvas().repaint();
+    for (int reload = 0; way == OpenWay::Reload && reload < 3; ++reload) {
+      const PanelPlan& shown = window.Controller().PrepareFrame().panels.front();
+      if (!app.ReloadImage(shown.image_index, true)) return state.SkipWithError("reload failed");
+      window.Controller().OnImagesChanged();
+      window.Canvas().repaint();
+    }
+    QApplication::processEvents();
+  }
+  const std::optional<uint64_t> resident = StatusBytes("VmRSS");
+  const std::optional<uint64_t> peak = StatusBytes("VmHWM");
+  if (!empty || !resident || !peak) return state.SkipWithError("no VmRSS/VmHWM in /proc/self/status");
+  if (app.Images().Count() != frames) return state.SkipWithError("not every frame stayed open");
+  const uint64_t shown = ShownRenditionBytes(window.Controller());
+  if (shown == 0) return state.SkipWithError("no frame shown");
+  state.counters["empty_MB"] = static_cast<double>(*empty) / 1e6;
+  state.counters["planes_MB"] = static_cast<double>(PlaneBytes(app)) / 1e6;
+  state.counters["shown_MB"] = static_cast<double>(shown) / 1e6;
+  state.counters["resident_MB"] = static_cast<double>(*resident) / 1e6;
+  state.counters["peak_MB"] = static_cast<double>(*peak) / 1e6;
+  state.counters["parked_MB"] = static_cast<double>(CBlockRecycler::Shared().ParkedBytes()) / 1e6;
+  window.hide();
+  app.CloseAllImages();
+}
+BENCHMARK_CAPTURE(BM_ResidentMemory, together, OpenWay::Together)
+    ->Arg(1)->Arg(5)->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ResidentMemory, one_by_one, OpenWay::OneByOne)
+    ->Arg(1)->Arg(5)->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ResidentMemory, reload, OpenWay::Reload)
+    ->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // The baseline: one frame's bytes copied, as a backing-store blit would.
 void BM_MemcpyFrame(benchmark::State& state) {

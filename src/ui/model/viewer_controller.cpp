@@ -1078,6 +1078,8 @@ const FramePlan& CViewerController::PrepareFrame() {
   plan_.base_dirty = state_.view_dirty;
   plan_.help_visible = state_.help_visible;
   plan_.help_page = state_.help_page;
+  // Before building: a shown image then takes the block a hidden one frees.
+  app_.ReleaseHiddenRenditions();
   const std::vector<size_t> drawn = DrawnIndices();
   plan_.panels.resize(std::min(drawn.size(), layout_.panels.size()));
   for (size_t i = 0; i < plan_.panels.size(); ++i) {
