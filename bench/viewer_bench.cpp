@@ -408,21 +408,35 @@ void BM_CursorMove(benchmark::State& state) {
 }
 BENCHMARK(BM_CursorMove)->Unit(benchmark::kMillisecond);
 
+// The real window on the offscreen platform, shown at the frame's size,
+// with the benchmark's format rules.
+struct ShownWindow {
+  explicit ShownWindow(const ViewSetup& setup)
+      : config(BenchConfig(setup)),
+        configured(feedback, config),
+        formats_loaded(configured.app.LoadFormats(Files().Rules())),
+        window(configured.app, config) {
+    window.resize(kClient.width, kClient.height);
+    window.show();
+    QApplication::processEvents();
+  }
+  ConfigValues config;
+  QuietFeedback feedback;
+  ConfiguredApp configured;
+  bool formats_loaded;
+  CMainWindow window;
+};
+
 // The real window on the offscreen platform: CMainWindow's canvas repainted
 // through its paint event and backing store, the image area sized as the
 // other benchmarks' frame. "still" repaints an unchanged frame (an expose);
 // "pan" scrolls one page first, so the paint event composes a new base.
 void BM_WidgetRepaint(benchmark::State& state, bool pan) {
   if (!Files().Ready()) return state.SkipWithError("no temporary folder");
-  const ConfigValues config = BenchConfig({1.0, false, false});
-  QuietFeedback feedback;
-  ConfiguredApp configured(feedback, config);
-  AppState& app = configured.app;
-  if (!app.LoadFormats(Files().Rules())) return state.SkipWithError("formats not loaded");
-  CMainWindow window(app, config);
-  window.resize(kClient.width, kClient.height);
-  window.show();
-  QApplication::processEvents();
+  ShownWindow shown({1.0, false, false});
+  if (!shown.formats_loaded) return state.SkipWithError("formats not loaded");
+  AppState& app = shown.configured.app;
+  CMainWindow& window = shown.window;
   // Grow the window by what menus, bars and status take, so the canvas gets
   // the frame's size (in device pixels, as the plan works).
   const ScreenSize canvas = window.Canvas().DeviceSize();
@@ -482,12 +496,13 @@ uint64_t ShownRenditionBytes(CViewerController& controller) {
   return bytes;
 }
 
-enum class OpenWay { Together, OneByOne, Reload };
+enum class OpenWay { Together, OneByOne, Reload, CloseOthers };
 
 // The real window with `frames` 4K NV12 frames open and one shown: opened
 // together (as from the command line, one paint at the end), one by one
 // (each shown as it opens, as a user opens them in turn), or one by one and
-// then the shown frame reloaded three times (as after outside changes).
+// then the shown frame reloaded three times (as after outside changes), or
+// one by one and then all but the shown frame closed.
 // Reports resident memory against the planes plus the shown renditions and
 // the empty window's own footprint, all in MB. Run one case per process
 // (bench/viewer_memory.sh): the peak is the process's.
@@ -495,14 +510,10 @@ void BM_ResidentMemory(benchmark::State& state, OpenWay way) {
   if (!Files().Ready()) return state.SkipWithError("no temporary folder");
   const auto frames = static_cast<uint32_t>(state.range(0));
   for (uint32_t i = 0; i < frames; ++i) Files().Nv12(i);  // written before the empty figure
-  const ConfigValues config = BenchConfig({0.0, false, false});
-  QuietFeedback feedback;
-  ConfiguredApp configured(feedback, config);
-  AppState& app = configured.app;
-  if (!app.LoadFormats(Files().Rules())) return state.SkipWithError("formats not loaded");
-  CMainWindow window(app, config);
-  window.resize(kClient.width, kClient.height);
-  window.show();
+  ShownWindow viewer({0.0, false, false});
+  if (!viewer.formats_loaded) return state.SkipWithError("formats not loaded");
+  AppState& app = viewer.configured.app;
+  CMainWindow& window = viewer.window;
   window.Canvas().repaint();
   QApplication::processEvents();
   const std::optional<uint64_t> empty = StatusBytes("VmRSS");
@@ -521,12 +532,19 @@ void BM_ResidentMemory(benchmark::State& state, OpenWay way) {
       window.Controller().OnImagesChanged();
       window.Canvas().repaint();
     }
+    while (way == OpenWay::CloseOthers && app.Images().Count() > 1) {
+      const size_t shown = window.Controller().PrepareFrame().panels.front().image_index;
+      app.CloseImage(shown == 0 ? 1 : 0);
+      window.Controller().OnImagesChanged();
+      window.Canvas().repaint();
+    }
     QApplication::processEvents();
   }
   const std::optional<uint64_t> resident = StatusBytes("VmRSS");
   const std::optional<uint64_t> peak = StatusBytes("VmHWM");
   if (!empty || !resident || !peak) return state.SkipWithError("no VmRSS/VmHWM in /proc/self/status");
-  if (app.Images().Count() != frames) return state.SkipWithError("not every frame stayed open");
+  const size_t open = way == OpenWay::CloseOthers ? 1 : frames;
+  if (app.Images().Count() != open) return state.SkipWithError("the frames open are not the case's");
   const uint64_t shown = ShownRenditionBytes(window.Controller());
   if (shown == 0) return state.SkipWithError("no frame shown");
   state.counters["empty_MB"] = static_cast<double>(*empty) / 1e6;
@@ -543,6 +561,8 @@ BENCHMARK_CAPTURE(BM_ResidentMemory, together, OpenWay::Together)
 BENCHMARK_CAPTURE(BM_ResidentMemory, one_by_one, OpenWay::OneByOne)
     ->Arg(1)->Arg(5)->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ResidentMemory, reload, OpenWay::Reload)
+    ->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ResidentMemory, close_others, OpenWay::CloseOthers)
     ->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // The baseline: one frame's bytes copied, as a backing-store blit would.

@@ -13,7 +13,8 @@ set -u
 build_dir=${1:-build}
 bench=$build_dir/bench/korvanel_viewer_bench
 aim=${VIEWER_MEMORY_AIM:-1.3}
-cases=(together/1 together/5 together/20 one_by_one/1 one_by_one/5 one_by_one/20 reload/20)
+cases=(together/1 together/5 together/20 one_by_one/1 one_by_one/5 one_by_one/20 reload/20
+       close_others/20)
 
 if [[ ! -x $bench ]]; then
   echo "viewer_memory: FAIL: $bench not built (cmake --build $build_dir --target korvanel_viewer_bench)" >&2
