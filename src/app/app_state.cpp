@@ -13,6 +13,7 @@
 #include "app/writable_home.h"
 #include "files/load_new_image.h"
 #include "image/color_transform.h"
+#include "image/image_concrete_base.h"
 #include "image/text_util.h"
 #include "ops/job_runner.h"
 #include "ops/worker_pool.h"
@@ -412,6 +413,15 @@ std::vector<size_t> AppState::ChangedFiles() const {
     if (now.valid && now.last_write != record.file_attributes.last_write) changed.push_back(i);
   }
   return changed;
+}
+
+void AppState::ReleaseHiddenRenditions() {
+  for (size_t i = 0; i < images_.Count(); ++i) {
+    const bool shown = compare_mode_ ? std::ranges::find(comparison_group_, i) != comparison_group_.end()
+                                     : i == focus_index_;
+    auto* image = dynamic_cast<CImageConcreteBase*>(images_.At(i).image.get());
+    if (!shown && image != nullptr) image->ReleaseDisplay();
+  }
 }
 
 bool AppState::ReloadImage(size_t index, bool keep_format) {

@@ -89,6 +89,10 @@ class AppState {
   bool NewDuplicateFromView();
   // Refuses with the "Too many open images" message when the registry is full.
   bool CheckRoomForImage();
+  // Frees the renditions of images outside the party (the comparison group,
+  // else the focus image): a 4K rendition is 33 MB, and nothing shows them
+  // until they join it again.
+  void ReleaseHiddenRenditions();
 
   // --- focus and comparison ------------------------------------------------
   void SetFocus(size_t index);

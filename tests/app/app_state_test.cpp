@@ -338,6 +338,32 @@ TEST_F(AppStateTest, EndingCollectionLeavesARunningComparisonAlone) {
   EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 1}));
 }
 
+TEST_F(AppStateTest, OnlyThePartyKeepsItsRenditions) {
+  struct Case {
+    std::vector<size_t> compared;  // empty: the focus image alone
+    std::vector<bool> kept;
+  };
+  const Case cases[] = {
+      {{}, {false, false, false, true}},
+      {{0, 2}, {true, false, true, false}},
+  };
+  for (const Case& c : cases) {
+    app.CloseAllImages();
+    for (int i = 0; i < 4; ++i) AddGray("img" + std::to_string(i));
+    if (!c.compared.empty()) app.CompareImages(c.compared);
+    std::vector<bool> kept;
+    for (size_t i = 0; i < 4; ++i) {
+      auto& image = dynamic_cast<CImageConcreteBase&>(*app.Images().At(i).image);
+      ASSERT_NE(image.BuildDisplay(), nullptr);
+    }
+    app.ReleaseHiddenRenditions();
+    for (size_t i = 0; i < 4; ++i) {
+      kept.push_back(dynamic_cast<const CImageConcreteBase&>(*app.Images().At(i).image).HasDisplay());
+    }
+    EXPECT_EQ(kept, c.kept) << c.compared.size();
+  }
+}
+
 TEST_F(AppStateTest, ExitPromptFollowsTheCloseOption) {
   AddGray("a");
   app.SetCloseOption(CloseOption::Never);

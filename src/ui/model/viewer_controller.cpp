@@ -389,6 +389,8 @@ const FramePlan& CViewerController::PrepareFrame() {
   if (views_.EnsureLayout()) state_.base_dirty = true;
   UpdateScrollBars();
   status_.Present(CurrentStatus());
+  // Before building: a shown image then takes the block a hidden one frees.
+  app_.ReleaseHiddenRenditions();
   builder_.Build(metrics_, plan_, hits_);
   state_.base_dirty = false;
   return plan_;
