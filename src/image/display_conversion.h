@@ -23,6 +23,22 @@ constexpr uint8_t ReduceToByte(T value) {
   return static_cast<uint8_t>(value >> (8 * (sizeof(T) - 1)));
 }
 
+// n significant bits stretched to a byte: min(255, v >> (n - 8)), or
+// min(255, v << (8 - n)) below 8 bits, so 2^n - 1 shows as full white.
+class SignificantToByte {
+ public:
+  explicit SignificantToByte(uint32_t bits) : down_(bits > 8 ? bits - 8 : 0), up_(bits < 8 ? 8 - bits : 0) {}
+  template <typename T>
+  uint8_t operator()(T value) const {
+    const uint64_t scaled = (uint64_t{value} << up_) >> down_;
+    return static_cast<uint8_t>(scaled > 255 ? 255 : scaled);
+  }
+
+ private:
+  uint32_t down_;
+  uint32_t up_;
+};
+
 using Rgb8 = std::array<uint8_t, 3>;
 
 // Offsets shift the inputs before the products are taken.
@@ -63,10 +79,14 @@ class CYuvToRgbRows {
 // transform). The planes share one size and depth. False on an unsupported
 // depth or when the pixels cannot be allocated. With a runner, bands of rows
 // are built on its threads; the bytes are the same either way.
-bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner = nullptr);
+// `significant_bits` below the container's depth stretches 0..2^n-1 to the
+// byte range; 0 (or the container's depth) keeps the stored top byte.
+bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner = nullptr,
+                        uint32_t significant_bits = 0);
 bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out,
-                       IParallelRunner* runner = nullptr);
+                       IParallelRunner* runner = nullptr, uint32_t significant_bits = 0);
 bool BuildYuvRendition(const std::vector<Plane>& planes, const ColorTransform& transform,
-                       DisplayRendition& out, IParallelRunner* runner = nullptr);
+                       DisplayRendition& out, IParallelRunner* runner = nullptr,
+                       uint32_t significant_bits = 0);
 
 }  // namespace korvanel
