@@ -16,6 +16,7 @@
 #include "ui/model/key_tables.h"
 #include "ui/model/menu_table.h"
 #include "ui/model/pixel_mapping.h"
+#include "ui/model/readout.h"
 #include "ui/model/save_phase.h"
 #include "ui/model/tab_hits.h"
 #include "ui/model/text_metrics.h"
@@ -1031,7 +1032,7 @@ std::string CViewerController::TabText(size_t index) const {
   if (state_.inspect.pixel) return text + ReadoutText(index);
   char head[16];
   std::snprintf(head, sizeof head, "[%u] ", record.hk_id);
-  return text + head + record.display_name;
+  return text + head + record.display_name + SignificantBitsTag(*record.image);
 }
 
 void CViewerController::BuildPanelPlan(size_t index, size_t panel, PanelPlan& plan) {

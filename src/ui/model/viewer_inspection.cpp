@@ -345,7 +345,7 @@ FindContext CViewerController::FindTarget() const {
   const size_t index = PhaseTargetIndex();
   if (index == kNoIndex) return {};
   const IImageContainer& image = *app_.Images().At(index).image;
-  return {image.ComponentCount(), image.GetBitsPerComponent()};
+  return {image.ComponentCount(), SignificantBitsOf(image)};
 }
 
 void CViewerController::ClearFindMarks() {
