@@ -54,21 +54,17 @@ TEST(LayoutAttributes, RefusalsNameTheAttributeAndTheReason) {
       {"LSB=0,P,Y,16", "Illegal LSB value '0'"},
       {"LSB=x,P,Y,16", "Illegal LSB value 'x'"},
       {"LSB=,P,Y,16", "Illegal LSB value ''"},
-      {"LSB=+10,P,Y,16", "Illegal LSB value '+10'"},
       {"MSB=4294967306,P,Y,16", "Illegal MSB value '4294967306'"},
       {"LSB=10,LSB=12,P,Y,16", "LSB is given twice"},
       {"LSB=10,MSB=10,P,Y,16", "LSB and MSB exclude each other"},
       {"MSB=10,LSB=10,P,Y,16", "MSB and LSB exclude each other"},
       {"A,LSB=10,P,Y,16", "LSB can't be used with A"},
-      {"A,5,MSB=3,P,Y,8", "MSB can't be used with A"},
       // The plain grammar's steps come first and keep their messages.
       {"LSB=10,P,Y,12", "Illegal BPP 12"},
-      {"LSB=10,X,Y,16", "Illegal packing 'X'"},
       {"LSB=10", "Illegal packing ''"},
       {"LSB=10,I,RGBA,16", "Illegal 'LSB=10,I,RGBA,16' in this context"},
       // Names outside the table (and lower case, which only typed text folds) stay packing.
       {"PACK=MIPI10,P,Y,16", "Illegal packing 'PACK=MIPI10'"},
-      {"FRAMES=3,P,Y,16", "Illegal packing 'FRAMES=3'"},
       {"lsb=10,P,Y,16", "Illegal packing 'lsb=10'"},
       {"P,Y,LSB=10", "Illegal BPP 0"},
   };
@@ -77,19 +73,6 @@ TEST(LayoutAttributes, RefusalsNameTheAttributeAndTheReason) {
     EXPECT_FALSE(ParseFormatExpression(text, 5, log)) << text;
     EXPECT_EQ(log.lines, std::vector<std::string>{std::string("Parse error [#5]: ") + reason}) << text;
   }
-}
-
-// Typed and formats-file entries reach the same attributes.
-TEST(LayoutAttributes, DirectExpressionsAndFormatLinesCarryThem) {
-  CollectingSink log;
-  DirectFormat direct;
-  ASSERT_TRUE(SetDirectExpression("msb=10,pi,yyyyuv,16", 64, 48, direct, log));
-  EXPECT_EQ(direct.group.formats[0].raw, (RawLayout{BitAlign::Msb, 10}));
-  EXPECT_EQ(direct.group.formats[0].expression, "MSB=10,PI,YYYYUV,16");
-  FormatGroup group;
-  ASSERT_TRUE(ParseFormatLine("[.*\\.y10] LSB=10,P,Y,16", 9, group, log));
-  EXPECT_EQ(group.formats[0].raw, (RawLayout{BitAlign::Lsb, 10}));
-  EXPECT_EQ(group.formats[0].SignificantBits(), 10u);
 }
 
 }  // namespace
