@@ -57,8 +57,11 @@ class ByteRows {
       (void)index;
       return src;
     } else {
+      // A local copy: byte stores may alias the member, which would be
+      // reloaded for every sample and keep the loop from vectorising.
+      const Reducer reduce = reduce_;
       uint8_t* dst = rows_[index].data();
-      for (uint32_t x = 0; x < plane.width(); ++x) dst[x] = reduce_(src[x]);
+      for (uint32_t x = 0; x < plane.width(); ++x) dst[x] = reduce(src[x]);
       return dst;
     }
   }
@@ -69,13 +72,45 @@ class ByteRows {
   std::vector<uint8_t> rows_[3];
 };
 
+// n significant bits stretched to a byte, so 2^n - 1 shows as full white:
+// min(255, v >> (n - 8)) from 8 bits up, in the sample's own width so the
+// row loops vectorise ...
+class ShiftDownToByte {
+ public:
+  explicit ShiftDownToByte(uint32_t bits) : down_(bits - 8) {}
+  template <typename T>
+  uint8_t operator()(T value) const {
+    const T scaled = static_cast<T>(value >> down_);
+    return static_cast<uint8_t>(scaled > 255 ? 255 : scaled);
+  }
+
+ private:
+  uint32_t down_;
+};
+
+// ... and min(255, v << (8 - n)) below 8 bits, widened: stray values may be large.
+class ShiftUpToByte {
+ public:
+  explicit ShiftUpToByte(uint32_t bits) : up_(8 - bits) {}
+  template <typename T>
+  uint8_t operator()(T value) const {
+    const uint64_t scaled = uint64_t{value} << up_;
+    return static_cast<uint8_t>(scaled > 255 ? 255 : scaled);
+  }
+
+ private:
+  uint32_t up_;
+};
+
 // Calls work(reduce) with the reduction the depth asks for, chosen once per image.
 template <typename Work>
 bool WithReduction(uint32_t container, uint32_t significant_bits, const Work& work) {
   if (significant_bits == 0 || significant_bits >= container) {
     work(TopByte{});
+  } else if (significant_bits >= 8) {
+    work(ShiftDownToByte(significant_bits));
   } else {
-    work(SignificantToByte(significant_bits));
+    work(ShiftUpToByte(significant_bits));
   }
   return true;
 }
@@ -228,8 +263,9 @@ bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunn
                         uint32_t significant_bits) {
   if (!AllocatePixels(plane.width(), plane.height(), out)) return false;
   return DispatchBits(plane.bits(), [&]<typename T>(std::type_identity<T>) {
-    WithReduction(plane.bits(), significant_bits, [&](auto reduce) {
+    WithReduction(plane.bits(), significant_bits, [&](const auto shared_reduce) {
       BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+        const auto reduce = shared_reduce;  // in registers, not behind the captured reference
         for (uint32_t y = first; y <= last; ++y) {
           const T* src = plane.Row<T>(y);
           uint32_t* dst = out.pixels.data() + uint64_t{y} * plane.width();
@@ -249,8 +285,9 @@ bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out, 
     return false;
   }
   return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
-    WithReduction(planes[0].bits(), significant_bits, [&](auto reduce) {
+    WithReduction(planes[0].bits(), significant_bits, [&](const auto shared_reduce) {
       BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+        const auto reduce = shared_reduce;  // in registers, not behind the captured reference
         for (uint32_t y = first; y <= last; ++y) {
           const T* r = planes[0].Row<T>(y);
           const T* g = planes[1].Row<T>(y);

@@ -23,22 +23,6 @@ constexpr uint8_t ReduceToByte(T value) {
   return static_cast<uint8_t>(value >> (8 * (sizeof(T) - 1)));
 }
 
-// n significant bits stretched to a byte: min(255, v >> (n - 8)), or
-// min(255, v << (8 - n)) below 8 bits, so 2^n - 1 shows as full white.
-class SignificantToByte {
- public:
-  explicit SignificantToByte(uint32_t bits) : down_(bits > 8 ? bits - 8 : 0), up_(bits < 8 ? 8 - bits : 0) {}
-  template <typename T>
-  uint8_t operator()(T value) const {
-    const uint64_t scaled = (uint64_t{value} << up_) >> down_;
-    return static_cast<uint8_t>(scaled > 255 ? 255 : scaled);
-  }
-
- private:
-  uint32_t down_;
-  uint32_t up_;
-};
-
 using Rgb8 = std::array<uint8_t, 3>;
 
 // Offsets shift the inputs before the products are taken.
