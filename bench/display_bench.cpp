@@ -9,6 +9,7 @@
 #include "image/display_conversion.h"
 #include "image/format_parser.h"
 #include "image/image_factory.h"
+#include "image/layout_stage.h"
 #include "ops/job_runner.h"
 #include "ops/worker_pool.h"
 
@@ -28,6 +29,7 @@ const DisplayFormat kDisplayFormats[] = {
     {"PI,YYYYUV,8", kPixels * 3 / 2},
     {"I,YUYV,8", kPixels * 2},
     {"P,Y,U,V,16", kPixels * 6},
+    {"LSB=10,P,Y,U,V,16", kPixels * 6},  // the same frame as 10-bit values, masked
 };
 
 std::unique_ptr<CImageConcreteBase> LoadFrame(const DisplayFormat& f) {
@@ -35,7 +37,10 @@ std::unique_ptr<CImageConcreteBase> LoadFrame(const DisplayFormat& f) {
   const FormatExpression format = ParseFormatExpression(f.expression, 0, log).value();
   std::vector<uint8_t> bytes(f.input_bytes);
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i * 131 + (i >> 12));
-  return LoadWithFormat(format, bytes.data(), bytes.size(), kWidth, kHeight, log);
+  if (format.raw.bits != 0) {
+    for (size_t i = 1; i < bytes.size(); i += 2) bytes[i] &= 3;
+  }
+  return LoadWithLayout(format, bytes.data(), bytes.size(), kWidth, kHeight, log, nullptr);
 }
 
 // The second argument: 0 builds on the calling thread, 1 in bands on a pool
@@ -53,7 +58,7 @@ void BM_DisplayRendition(benchmark::State& state) {
   // new rendition each time, as a refresh makes.
   for (auto _ : state) {
     DisplayRendition rendition;
-    if (!BuildYuvRendition(image->ShownPlanes(), g_yuv_to_rgb, rendition, &runner)) {
+    if (!BuildYuvRendition(image->ShownPlanes(), g_yuv_to_rgb, rendition, &runner, image->RawLayout().bits)) {
       state.SkipWithError("rendition failed");
     }
     benchmark::DoNotOptimize(rendition.pixels.data());
@@ -61,7 +66,29 @@ void BM_DisplayRendition(benchmark::State& state) {
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kPixels));
   state.SetLabel(f.expression);
 }
-BENCHMARK(BM_DisplayRendition)->ArgsProduct({{0, 1, 2}, {0, 1}})->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DisplayRendition)->ArgsProduct({{0, 1, 2, 3}, {0, 1}})->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// A 16-bit grey frame shown by its top byte (0) and as 10 significant bits (1).
+void BM_SignificantRendition(benchmark::State& state) {
+  const uint32_t significant = state.range(0) == 0 ? 0 : 10;
+  Plane plane;
+  if (!plane.Allocate(16, kWidth, kHeight)) {
+    state.SkipWithError("no memory");
+    return;
+  }
+  for (uint32_t y = 0; y < kHeight; ++y) {
+    uint16_t* row = plane.Row<uint16_t>(y);
+    for (uint32_t x = 0; x < kWidth; ++x) row[x] = static_cast<uint16_t>((x * 7 + y) & 1023);
+  }
+  for (auto _ : state) {
+    DisplayRendition rendition;
+    if (!BuildGrayRendition(plane, rendition, nullptr, significant)) state.SkipWithError("rendition failed");
+    benchmark::DoNotOptimize(rendition.pixels.data());
+  }
+  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kPixels));
+  state.SetLabel(significant == 0 ? "P,Y,16" : "LSB=10,P,Y,16");
+}
+BENCHMARK(BM_SignificantRendition)->DenseRange(0, 1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void BM_MemcpyRendition(benchmark::State& state) {
   const uint64_t bytes = kPixels * 4;

@@ -230,6 +230,7 @@ bool AppState::OpenImage(const std::string& path, const FormatRules& rules) {
   format_log_->Flush();
   if (loaded.image) {
     RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
+    if (!loaded.warning.empty()) StatusMessage("%s", loaded.warning.c_str());
     return true;
   }
   if (BatchConsoleMode() || !open_raw_prompt_) {
@@ -268,6 +269,7 @@ bool AppState::OpenWithPrompt(const std::string& path) {
     format_log_->Flush();
     if (loaded.image) {
       RegisterImage(std::move(loaded.image), path, std::move(loaded.format_text), true);
+      if (!loaded.warning.empty()) StatusMessage("%s", loaded.warning.c_str());
       return true;
     }
     ShowMessage(FormatMessage("Can't open RAW format '%s'", answer.expression.c_str()), kParseError);

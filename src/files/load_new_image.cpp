@@ -15,6 +15,7 @@
 #include "image/block_recycler.h"
 #include "image/image_factory.h"
 #include "image/image_yuv.h"
+#include "image/layout_stage.h"
 #include "image/memory_budget.h"
 #include "image/raw_unpack.h"
 #include "image/text_util.h"
@@ -213,8 +214,8 @@ Step TryFormat(const FormatExpression& format, Dimensions dims, Attempt& a) {
 
   a.log.AddLine(StrFormat("Matched %s/%u [%s] --> Trying to load binary", "format", format.line,
                           format.expression.c_str()));
-  std::unique_ptr<CImageConcreteBase> image =
-      LoadWithFormat(format, data, byte_count, dims.width, dims.height, a.log, a.runner);
+  std::unique_ptr<CImageConcreteBase> image = LoadWithLayout(
+      format, data, byte_count, dims.width, dims.height, a.log, a.runner, &a.result.warning);
   if (!image) {
     a.log.AddLine(StrFormat("Failed to load as %s", KindName(format.color_kind)));
     return Step::NextFormat;

@@ -16,6 +16,7 @@ namespace korvanel {
 struct LoadedImage {
   std::unique_ptr<CImageConcreteBase> image;
   std::string format_text;  // the expression that unpacked it ("RGB" for pictures)
+  std::string warning;      // the layout census's complaint, "" for none
 };
 
 // Null image when nothing loads it.

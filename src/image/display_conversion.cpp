@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <optional>
+#include <type_traits>
 
 #include "image/sample_type.h"
 
@@ -32,31 +33,87 @@ bool AllocatePixels(uint32_t width, uint32_t height, DisplayRendition& out) {
   return true;
 }
 
+// Today's reduction: the stored top byte.
+struct TopByte {
+  template <typename T>
+  uint8_t operator()(T value) const {
+    return ReduceToByte(value);
+  }
+};
+
 // Rows of three planes reduced to bytes, ready for a byte kernel. 8-bit
-// planes are read in place.
-template <typename T>
+// planes are read in place when the reduction keeps them as they are.
+template <typename T, typename Reducer>
 class ByteRows {
  public:
-  explicit ByteRows(uint32_t width) {
-    if constexpr (sizeof(T) != 1) {
+  ByteRows(uint32_t width, Reducer reduce) : reduce_(reduce) {
+    if constexpr (!kInPlace) {
       for (auto& row : rows_) row.resize(width);
     }
   }
   const uint8_t* Reduce(const Plane& plane, uint32_t y, int index) {
     const T* src = plane.Row<T>(y);
-    if constexpr (sizeof(T) == 1) {
+    if constexpr (kInPlace) {
       (void)index;
       return src;
     } else {
+      // A local copy: byte stores may alias the member, which would be
+      // reloaded for every sample and keep the loop from vectorising.
+      const Reducer reduce = reduce_;
       uint8_t* dst = rows_[index].data();
-      for (uint32_t x = 0; x < plane.width(); ++x) dst[x] = ReduceToByte(src[x]);
+      for (uint32_t x = 0; x < plane.width(); ++x) dst[x] = reduce(src[x]);
       return dst;
     }
   }
 
  private:
+  static constexpr bool kInPlace = sizeof(T) == 1 && std::is_same_v<Reducer, TopByte>;
+  Reducer reduce_;
   std::vector<uint8_t> rows_[3];
 };
+
+// n significant bits stretched to a byte, so 2^n - 1 shows as full white:
+// min(255, v >> (n - 8)) from 8 bits up, in the sample's own width so the
+// row loops vectorise ...
+class ShiftDownToByte {
+ public:
+  explicit ShiftDownToByte(uint32_t bits) : down_(bits - 8) {}
+  template <typename T>
+  uint8_t operator()(T value) const {
+    const T scaled = static_cast<T>(value >> down_);
+    return static_cast<uint8_t>(scaled > 255 ? 255 : scaled);
+  }
+
+ private:
+  uint32_t down_;
+};
+
+// ... and min(255, v << (8 - n)) below 8 bits, widened: stray values may be large.
+class ShiftUpToByte {
+ public:
+  explicit ShiftUpToByte(uint32_t bits) : up_(8 - bits) {}
+  template <typename T>
+  uint8_t operator()(T value) const {
+    const uint64_t scaled = uint64_t{value} << up_;
+    return static_cast<uint8_t>(scaled > 255 ? 255 : scaled);
+  }
+
+ private:
+  uint32_t up_;
+};
+
+// Calls work(reduce) with the reduction the depth asks for, chosen once per image.
+template <typename Work>
+bool WithReduction(uint32_t container, uint32_t significant_bits, const Work& work) {
+  if (significant_bits == 0 || significant_bits >= container) {
+    work(TopByte{});
+  } else if (significant_bits >= 8) {
+    work(ShiftDownToByte(significant_bits));
+  } else {
+    work(ShiftUpToByte(significant_bits));
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -202,56 +259,66 @@ void BuildInBands(const DisplayRendition& out, IParallelRunner* runner, const Ba
 
 }  // namespace
 
-bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner) {
+bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner,
+                        uint32_t significant_bits) {
   if (!AllocatePixels(plane.width(), plane.height(), out)) return false;
   return DispatchBits(plane.bits(), [&]<typename T>(std::type_identity<T>) {
-    BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
-      for (uint32_t y = first; y <= last; ++y) {
-        const T* src = plane.Row<T>(y);
-        uint32_t* dst = out.pixels.data() + uint64_t{y} * plane.width();
-        for (uint32_t x = 0; x < plane.width(); ++x) {
-          const uint8_t v = ReduceToByte(src[x]);
-          dst[x] = PackDisplayPixel(v, v, v);
+    WithReduction(plane.bits(), significant_bits, [&](const auto shared_reduce) {
+      BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+        const auto reduce = shared_reduce;  // in registers, not behind the captured reference
+        for (uint32_t y = first; y <= last; ++y) {
+          const T* src = plane.Row<T>(y);
+          uint32_t* dst = out.pixels.data() + uint64_t{y} * plane.width();
+          for (uint32_t x = 0; x < plane.width(); ++x) {
+            const uint8_t v = reduce(src[x]);
+            dst[x] = PackDisplayPixel(v, v, v);
+          }
         }
-      }
+      });
     });
   });
 }
 
-bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out, IParallelRunner* runner) {
+bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out, IParallelRunner* runner,
+                       uint32_t significant_bits) {
   if (planes.size() != 3 || !AllocatePixels(planes[0].width(), planes[0].height(), out)) {
     return false;
   }
   return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
-    BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
-      for (uint32_t y = first; y <= last; ++y) {
-        const T* r = planes[0].Row<T>(y);
-        const T* g = planes[1].Row<T>(y);
-        const T* b = planes[2].Row<T>(y);
-        uint32_t* dst = out.pixels.data() + uint64_t{y} * out.width;
-        for (uint32_t x = 0; x < out.width; ++x) {
-          dst[x] = PackDisplayPixel(ReduceToByte(r[x]), ReduceToByte(g[x]), ReduceToByte(b[x]));
+    WithReduction(planes[0].bits(), significant_bits, [&](const auto shared_reduce) {
+      BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+        const auto reduce = shared_reduce;  // in registers, not behind the captured reference
+        for (uint32_t y = first; y <= last; ++y) {
+          const T* r = planes[0].Row<T>(y);
+          const T* g = planes[1].Row<T>(y);
+          const T* b = planes[2].Row<T>(y);
+          uint32_t* dst = out.pixels.data() + uint64_t{y} * out.width;
+          for (uint32_t x = 0; x < out.width; ++x) {
+            dst[x] = PackDisplayPixel(reduce(r[x]), reduce(g[x]), reduce(b[x]));
+          }
         }
-      }
+      });
     });
   });
 }
 
 bool BuildYuvRendition(const std::vector<Plane>& planes, const ColorTransform& transform,
-                       DisplayRendition& out, IParallelRunner* runner) {
+                       DisplayRendition& out, IParallelRunner* runner, uint32_t significant_bits) {
   if (planes.size() != 3 || !AllocatePixels(planes[0].width(), planes[0].height(), out)) {
     return false;
   }
   const CYuvToRgbRows kernel(transform);
   return DispatchBits(planes[0].bits(), [&]<typename T>(std::type_identity<T>) {
-    BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
-      ByteRows<T> bytes(out.width);  // each band reduces into rows of its own
-      for (uint32_t y = first; y <= last; ++y) {
-        const uint8_t* yy = bytes.Reduce(planes[0], y, 0);
-        const uint8_t* uu = bytes.Reduce(planes[1], y, 1);
-        const uint8_t* vv = bytes.Reduce(planes[2], y, 2);
-        kernel.ConvertRow(yy, uu, vv, out.pixels.data() + uint64_t{y} * out.width, out.width);
-      }
+    WithReduction(planes[0].bits(), significant_bits, [&]<typename Reduce>(Reduce reduce) {
+      BuildInBands(out, runner, [&](uint32_t first, uint32_t last) {
+        ByteRows<T, Reduce> bytes(out.width, reduce);  // each band reduces into rows of its own
+        for (uint32_t y = first; y <= last; ++y) {
+          const uint8_t* yy = bytes.Reduce(planes[0], y, 0);
+          const uint8_t* uu = bytes.Reduce(planes[1], y, 1);
+          const uint8_t* vv = bytes.Reduce(planes[2], y, 2);
+          kernel.ConvertRow(yy, uu, vv, out.pixels.data() + uint64_t{y} * out.width, out.width);
+        }
+      });
     });
   });
 }

@@ -63,10 +63,14 @@ class CYuvToRgbRows {
 // transform). The planes share one size and depth. False on an unsupported
 // depth or when the pixels cannot be allocated. With a runner, bands of rows
 // are built on its threads; the bytes are the same either way.
-bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner = nullptr);
+// `significant_bits` below the container's depth stretches 0..2^n-1 to the
+// byte range; 0 (or the container's depth) keeps the stored top byte.
+bool BuildGrayRendition(const Plane& plane, DisplayRendition& out, IParallelRunner* runner = nullptr,
+                        uint32_t significant_bits = 0);
 bool BuildRgbRendition(const std::vector<Plane>& planes, DisplayRendition& out,
-                       IParallelRunner* runner = nullptr);
+                       IParallelRunner* runner = nullptr, uint32_t significant_bits = 0);
 bool BuildYuvRendition(const std::vector<Plane>& planes, const ColorTransform& transform,
-                       DisplayRendition& out, IParallelRunner* runner = nullptr);
+                       DisplayRendition& out, IParallelRunner* runner = nullptr,
+                       uint32_t significant_bits = 0);
 
 }  // namespace korvanel

@@ -15,6 +15,7 @@ std::string FormatExpression::ToText() const {
   std::string text;
   if (ascii) text += "A,";
   if (HasOffset()) text += std::to_string(offset) + ",";
+  text += raw.ToText();
   text += PackingToken(packing);
   for (const std::string& token : components.tokens) text += "," + token;
   text += "," + std::to_string(bpp);

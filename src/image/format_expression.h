@@ -10,6 +10,7 @@
 
 #include "image/color_kind.h"
 #include "image/component_layout.h"
+#include "image/raw_layout.h"
 
 namespace korvanel {
 
@@ -31,7 +32,10 @@ struct FormatExpression {
   std::string layout = "Y";
   // The layout read once: tokens, letters, counts and component order.
   ComponentLayout components = ReadComponentLayout("Y", ColorKind::Gray);
-  // The text behind the regex without the leading A and offset tokens.
+  // The layout attributes before the packing token; empty for today's grammar.
+  RawLayout raw;
+  // The text behind the regex without the leading A and offset tokens
+  // (attributes included; a well-known name replaced by its expansion).
   std::string expression;
   // 8, 16, 32, -16 or -32; negative means big-endian components.
   int32_t bpp = 8;
@@ -43,7 +47,9 @@ struct FormatExpression {
   uint32_t BytesPerComponent() const { return BppBytes(bpp); }
   uint32_t BitsPerComponent() const { return BppMagnitude(bpp); }
   bool BigEndian() const { return bpp < 0; }
-  // The expression in its plain form, "[A,][offset,]packing,layout...,bpp"
+  // Significant bits of the loaded values: LSB/MSB's count, else the container's.
+  uint32_t SignificantBits() const { return raw.SignificantBits(BitsPerComponent()); }
+  // The expression in its plain form, "[A,][offset,]{attribute,}packing,layout...,bpp"
   // without the regex; parsing it gives this record back.
   std::string ToText() const;
 

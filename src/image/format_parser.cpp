@@ -73,18 +73,48 @@ std::optional<Layout> ParseLayout(Packing packing, const std::vector<std::string
 
 void LogError(ILineSink& log, const std::string& text) { log.AddLine(text); }
 
-// expression ::= [ "A" "," ] [ offset "," ] packing "," layout... "," bpp
+bool IsOffsetToken(const std::string& token) { return ParseLeadingInt32(token) != 0 || token == "0"; }
+
+// name rule ::= [ offset sep ] { attribute sep } name
+// A well-known name as the last token, after nothing but an offset and
+// attributes, stands for its expansion. Every text this changes is refused
+// by the plain grammar (its packing token would be the name), and a leading
+// A keeps the name from applying, so "A,NV12" stays refused as before.
+std::optional<std::string> ExpandFormatName(const std::vector<std::string>& tokens,
+                                            const FormatVocabulary& vocabulary, ILineSink& log) {
+  const std::optional<std::string_view> expansion = FindFormatName(tokens.back(), vocabulary.names);
+  if (!expansion) return std::nullopt;
+  std::string text;
+  for (size_t i = 0; i + 1 < tokens.size(); ++i) {
+    const bool offset = i == 0 && IsOffsetToken(tokens[i]);
+    if (!offset && !FindAttribute(tokens[i], vocabulary.attributes)) return std::nullopt;
+    text += tokens[i] + ",";
+  }
+  log.AddLine(StrFormat("Format name '%s' reads as %s", tokens.back().c_str(),
+                        std::string(*expansion).c_str()));
+  return text + std::string(*expansion);
+}
+
+// expression ::= [ "A" "," ] [ offset "," ] { attribute "," } packing "," layout... "," bpp
+//              |  name rule
 // `entry` is the whole text as shown in the "No format expression" error.
 std::optional<FormatExpression> ParseExpression(std::string_view text, std::string_view entry,
-                                                uint32_t line, ILineSink& log) {
+                                                uint32_t line, ILineSink& log,
+                                                const FormatVocabulary& vocabulary) {
   FormatExpression format;
   format.line = line;
   text = TrimAscii(text);
-  const std::vector<std::string> tokens = SplitTokens(text, ", \t");
+  std::vector<std::string> tokens = SplitTokens(text, ", \t");
   if (tokens.empty()) {
     LogError(log, StrFormat("Parse error [#%u]: No format expression found in %s", line,
                             std::string(entry).c_str()));
     return std::nullopt;
+  }
+  std::string expanded;
+  if (std::optional<std::string> by_name = ExpandFormatName(tokens, vocabulary, log)) {
+    expanded = std::move(*by_name);
+    text = expanded;
+    tokens = SplitTokens(text, ",");
   }
 
   size_t next = 0;
@@ -94,14 +124,22 @@ std::optional<FormatExpression> ParseExpression(std::string_view text, std::stri
     text = DropThroughComma(text);
   }
   if (next < tokens.size()) {
-    const int32_t value = ParseLeadingInt32(tokens[next]);
-    if (value != 0 || tokens[next] == "0") {
-      format.offset = value;
+    if (IsOffsetToken(tokens[next])) {
+      format.offset = ParseLeadingInt32(tokens[next]);
       ++next;
       text = DropThroughComma(text);
     }
   }
   format.expression = std::string(text);
+  // Attributes stay in the expression text: it is the image's format text,
+  // which a reload parses again.
+  std::vector<AttributeToken> attributes;
+  while (next < tokens.size()) {
+    std::optional<AttributeToken> attribute = FindAttribute(tokens[next], vocabulary.attributes);
+    if (!attribute) break;
+    attributes.push_back(std::move(*attribute));
+    ++next;
+  }
 
   const std::string packing_token = next < tokens.size() ? tokens[next] : std::string{};
   const std::optional<Packing> packing = ParsePacking(packing_token);
@@ -135,18 +173,26 @@ std::optional<FormatExpression> ParseExpression(std::string_view text, std::stri
     LogError(log, StrFormat("Parse error [#%u]: Illegal BPP %d", line, format.bpp));
     return std::nullopt;
   }
+  if (const std::optional<std::string> refusal =
+          ApplyAttributes(attributes, magnitude, format.ascii, format.raw)) {
+    LogError(log, StrFormat("Parse error [#%u]: %s", line, refusal->c_str()));
+    return std::nullopt;
+  }
   return format;
 }
 
 }  // namespace
 
+FormatVocabulary FullVocabulary() { return {LayoutAttributeTable(), FormatNameTable()}; }
+
 std::optional<FormatExpression> ParseFormatExpression(std::string_view text, uint32_t line,
-                                                      ILineSink& log) {
-  return ParseExpression(text, text, line, log);
+                                                      ILineSink& log, const FormatVocabulary& vocabulary) {
+  return ParseExpression(text, text, line, log, vocabulary);
 }
 
 // entry ::= "[" regex "]" sep expression
-bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, ILineSink& log) {
+bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, ILineSink& log,
+                     const FormatVocabulary& vocabulary) {
   const size_t open = entry.find('[');
   const size_t close = entry.rfind(']');
   if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
@@ -156,7 +202,7 @@ bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, 
   }
   const std::string_view text =
       close + 2 <= entry.size() ? entry.substr(close + 2) : std::string_view{};
-  std::optional<FormatExpression> format = ParseExpression(text, entry, line, log);
+  std::optional<FormatExpression> format = ParseExpression(text, entry, line, log, vocabulary);
   if (!format) return false;
   format->regex = std::string(entry.substr(open + 1, close - open - 1));
   if (format->regex.empty()) format->regex = ".*";
@@ -165,7 +211,7 @@ bool ParseFormatLine(std::string_view entry, uint32_t line, FormatGroup& group, 
 }
 
 bool SetDirectExpression(std::string_view text, uint32_t width, uint32_t height,
-                         DirectFormat& direct, ILineSink& log) {
+                         DirectFormat& direct, ILineSink& log, const FormatVocabulary& vocabulary) {
   if (uint64_t{width} * height == 0) {
     direct.in_force = false;
     return true;
@@ -180,7 +226,7 @@ bool SetDirectExpression(std::string_view text, uint32_t width, uint32_t height,
   direct.group.width_value = width;
   direct.group.height_value = height;
 
-  const bool ok = ParseFormatLine(full, 0, direct.group, log);
+  const bool ok = ParseFormatLine(full, 0, direct.group, log, vocabulary);
   log.AddLine(StrFormat("Status: %s", ok ? "Success" : "Fail"));
   direct.in_force = ok;
   return ok;

@@ -6,6 +6,7 @@
 #include "image/format_label.h"
 #include "image/image_filter.h"
 #include "image/image_gray.h"
+#include "image/layout_stage.h"
 #include "image/output_buffer.h"
 #include "image/statistics.h"
 #include "image/statistics_request.h"
@@ -48,6 +49,7 @@ std::unique_ptr<IImageContainer> CImageConcreteBase::Duplicate(DuplicateArea are
   }
   std::unique_ptr<CImageConcreteBase> out = NewEmptyLike();
   out->big_endian_ = big_endian_;
+  out->raw_layout_ = raw_layout_;
   out->SetPlanes(std::move(planes));
   return out;
 }
@@ -64,6 +66,7 @@ std::unique_ptr<IImageContainer> CImageConcreteBase::ExtractComponent(uint32_t i
   std::vector<Plane> planes;
   planes.push_back(std::move(*copy));
   gray->AdoptPlanes(std::move(planes));
+  gray->SetRawLayout(raw_layout_);
   return gray;
 }
 
@@ -98,12 +101,36 @@ bool CImageConcreteBase::BuildAlternate(uint32_t, uint32_t) { return false; }
 std::string CImageConcreteBase::FormatLabel() const {
   static constexpr const char* kGrayLabels[] = {"Y8", "Y16", "Y32"};
   static constexpr const char* kRgbLabels[] = {"RGBx8", "RGBx16", "RGBx32"};
-  return LabelForBits(kind_ == ColorKind::Rgb ? kRgbLabels : kGrayLabels, bits_);
+  return WithLayoutLabel(LabelForBits(kind_ == ColorKind::Rgb ? kRgbLabels : kGrayLabels, bits_));
+}
+
+std::string CImageConcreteBase::WithLayoutLabel(std::string label) const {
+  if (raw_layout_.Empty()) return label;
+  std::string attributes = raw_layout_.ToText();
+  attributes.pop_back();  // the comma that would follow it in an expression
+  return label + " (" + attributes + ")";
 }
 
 bool CImageConcreteBase::Save(const SaveRequest& request) {
   if (planes_.empty()) return false;
-  return WriteImage(DescribeForWriter(), request);
+  WriterLayout layout = DescribeForWriter();
+  // The file's own bytes: MSB-aligned words go back to the top of the word.
+  const uint32_t shift = raw_layout_.MsbShift(bits_);
+  if (shift == 0 || request.mode != SaveMode::Raw || request.packing != SavePacking::Original) {
+    return WriteImage(layout, request);
+  }
+  std::vector<Plane> shifted;
+  shifted.reserve(layout.planes.size());
+  for (const Plane* plane : layout.planes) {
+    std::optional<Plane> copy = plane->Crop(0, 0, plane->width(), plane->height());
+    if (!copy) return false;
+    shifted.push_back(std::move(*copy));
+  }
+  std::vector<Plane*> targets;
+  for (Plane& plane : shifted) targets.push_back(&plane);
+  ShiftSamplesUp(std::move(targets), shift, runner_);
+  for (size_t i = 0; i < shifted.size(); ++i) layout.planes[i] = &shifted[i];
+  return WriteImage(layout, request);
 }
 
 namespace {
@@ -146,7 +173,7 @@ bool CImageConcreteBase::WriteStatistics(const StatisticsRequest& request) {
   if (!out.Open(request.path, "wt")) return fail(StrFormat("Can't open %s for writing", request.path.c_str()));
   for (uint32_t c = 0; c < planes_.size(); ++c) {
     ComponentStatistics stats = ComputeStatistics(planes_[c], request.area, mask_);
-    stats.name = ComponentName(StatisticsLetter(*this, c), bits_);
+    stats.name = ComponentName(StatisticsLetter(*this, c), SignificantBits());
     std::string text;
     AppendStatisticsText(text, stats);
     out.Append(text);

@@ -59,6 +59,17 @@ class CImageConcreteBase : public IImageContainer {
   void ReleaseDisplay() { display_.reset(); }
   bool HasDisplay() const { return display_ != nullptr; }
 
+  // The layout attributes the image was loaded with: where its significant
+  // bits sat in the file's words. Values are kept as code values 0..2^n-1.
+  const korvanel::RawLayout& RawLayout() const { return raw_layout_; }
+  void SetRawLayout(const korvanel::RawLayout& raw) {
+    raw_layout_ = raw;
+    display_.reset();
+    histogram_cache_.reset();
+  }
+  // The depth the values use: the layout's significant bits, else the container's.
+  uint32_t SignificantBits() const { return raw_layout_.SignificantBits(bits_); }
+
   void* OwnerData1() const { return owner_data_[0]; }
   void* OwnerData2() const { return owner_data_[1]; }
   bool RegionChanged() const { return region_changed_; }
@@ -120,6 +131,8 @@ class CImageConcreteBase : public IImageContainer {
   virtual WriterLayout DescribeForWriter() const = 0;
   // Size of one frame as the file holds it.
   virtual uint64_t ComputeRawByteSize() const;
+  // `label` followed by the layout attributes in force, "Y16 (LSB=10)".
+  std::string WithLayoutLabel(std::string label) const;
   // Sets the planes, depth and size and marks the region changed.
   void SetPlanes(std::vector<Plane> planes);
 
@@ -152,6 +165,7 @@ class CImageConcreteBase : public IImageContainer {
   bool region_changed_ = true;
   void* owner_data_[2] = {nullptr, nullptr};
   bool big_endian_ = false;
+  korvanel::RawLayout raw_layout_;
   std::vector<Plane> planes_;
   std::vector<Plane> filtered_planes_;
   std::string filter_label_;
@@ -160,5 +174,12 @@ class CImageConcreteBase : public IImageContainer {
   IParallelRunner* runner_ = nullptr;
   std::unique_ptr<HistogramResult> histogram_cache_;
 };
+
+// The significant bits of any image: ours know their layout, others use
+// their container's depth.
+inline uint32_t SignificantBitsOf(const IImageContainer& image) {
+  const auto* concrete = dynamic_cast<const CImageConcreteBase*>(&image);
+  return concrete != nullptr ? concrete->SignificantBits() : image.GetBitsPerComponent();
+}
 
 }  // namespace korvanel

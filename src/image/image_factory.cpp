@@ -50,7 +50,10 @@ std::unique_ptr<CImageConcreteBase> CreateImageForFormat(const FormatExpression&
   } else {
     image = CreateImageOfKind(format.color_kind);
   }
-  if (image) image->DescribeLayout(format);
+  if (image) {
+    image->DescribeLayout(format);
+    image->SetRawLayout(format.raw);
+  }
   return image;
 }
 

@@ -26,7 +26,7 @@ std::unique_ptr<CImageConcreteBase> CImageGray::NewEmptyLike() const {
 }
 
 bool CImageGray::RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const {
-  return BuildGrayRendition(ShownPlanes()[0], out, runner);
+  return BuildGrayRendition(ShownPlanes()[0], out, runner, RawLayout().bits);
 }
 
 WriterLayout CImageGray::DescribeForWriter() const {

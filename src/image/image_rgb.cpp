@@ -76,7 +76,7 @@ std::unique_ptr<CImageConcreteBase> CImageRgb::NewEmptyLike() const {
 }
 
 bool CImageRgb::RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const {
-  return BuildRgbRendition(ShownPlanes(), out, runner);
+  return BuildRgbRendition(ShownPlanes(), out, runner, RawLayout().bits);
 }
 
 WriterLayout CImageRgb::DescribeForWriter() const {

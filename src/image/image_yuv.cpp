@@ -181,11 +181,11 @@ void CImageYuv::DescribeLayout(const FormatExpression& format) {
 
 std::string CImageYuv::FormatLabel() const {
   std::string label = LabelForBits(sampling_->labels.data(), bits_);
-  if (!sampling_->packing_in_label) return label;
+  if (!sampling_->packing_in_label) return WithLayoutLabel(std::move(label));
   static constexpr const char* kPackingSuffix[] = {" (I)", " (P)", " (PI)"};
   const auto packing = static_cast<uint32_t>(packing_);
   if (packing < 3) label += kPackingSuffix[packing];
-  return label;
+  return WithLayoutLabel(std::move(label));
 }
 
 bool CImageYuv::AlignToChromaGrid(Rect& region) const {
@@ -220,7 +220,7 @@ uint64_t CImageYuv::ComputeRawByteSize() const {
 }
 
 bool CImageYuv::RenderDisplay(DisplayRendition& out, IParallelRunner* runner) const {
-  return BuildYuvRendition(ShownPlanes(), g_yuv_to_rgb, out, runner);
+  return BuildYuvRendition(ShownPlanes(), g_yuv_to_rgb, out, runner, RawLayout().bits);
 }
 
 namespace {

@@ -130,7 +130,7 @@ class CConvertBand final {
       : source_(source), target_(target), canvas_(canvas), converter_(converter), fast_yuv_(fast_yuv) {}
 
   bool Work(const Rect& band, IRowObserver* observer) {
-    if (fast_yuv_ != nullptr && canvas_.identity && target_.GetBitsPerComponent() == 8) {
+    if (fast_yuv_ != nullptr && canvas_.identity && target_.SignificantBits() == 8) {
       return WorkDirect(band, observer);
     }
     const uint32_t count = band.max_x - band.min_x + 1;
@@ -211,14 +211,16 @@ class CConvertBand final {
   }
 
   void Store(uint32_t y, uint32_t x0) {
-    const uint32_t from_bits = source_.GetBitsPerComponent();
+    // Significant depths: 10-bit values keep their top 8 bits in an 8-bit target.
+    const uint32_t from_bits = source_.SignificantBits();
+    const uint32_t to_bits = target_.SignificantBits();
     for (uint32_t k = 0; k < target_.PlaneCount(); ++k) {
       Plane& plane = target_.MutablePlane(k);
       const uint32_t* in = rows_[k].data();
       const size_t count = rows_[k].size();
       DispatchBits(plane.bits(), [&]<typename T>(std::type_identity<T>) {
         T* dst = plane.Row<T>(y) + x0;
-        for (size_t i = 0; i < count; ++i) dst[i] = static_cast<T>(ChangeDepth(in[i], from_bits, plane.bits()));
+        for (size_t i = 0; i < count; ++i) dst[i] = static_cast<T>(ChangeDepth(in[i], from_bits, to_bits));
       });
     }
   }
@@ -245,15 +247,16 @@ ConvertRun RunConvert(const CImageConcreteBase& source, const ConvertRequest& re
   CNullLineSink quiet;
   std::unique_ptr<CImageConcreteBase> target = LoadWithFormat(request.target, nullptr, 0, width, height, quiet);
   if (!target || width == 0 || height == 0) return result;
+  target->SetRawLayout(request.target.raw);
 
   const bool output_larger = width >= sw && height >= sh;
   const int64_t sign = output_larger ? 1 : -1;
   Canvas canvas{{sign * request.offset.x, sw, request.tiled}, {sign * request.offset.y, sh, request.tiled}};
   canvas.identity = width == sw && height == sh && request.offset.x == 0 && request.offset.y == 0;
   const FamilyConverter converter(FamilyOf(ColorKindOf(source)), FamilyOf(request.target.color_kind),
-                                  source.GetBitsPerComponent(), request.yuv_to_rgb, request.rgb_to_yuv);
+                                  source.SignificantBits(), request.yuv_to_rgb, request.rgb_to_yuv);
   std::unique_ptr<CYuvToRgbRows> fast_yuv;
-  if (converter.YuvToRgbOnly() && source.GetBitsPerComponent() == 8) {
+  if (converter.YuvToRgbOnly() && source.SignificantBits() == 8 && source.GetBitsPerComponent() == 8) {
     fast_yuv = std::make_unique<CYuvToRgbRows>(request.yuv_to_rgb);
   }
   CImageConcreteBase& out = *target;

@@ -6,7 +6,8 @@
 // Arithmetic: a change of family follows the display arithmetic at the
 // source's depth (offsets of the transform scale with the depth, 128 at 8
 // bits being 32768 at 16); a change of depth then keeps the most
-// significant bits, as the display does. A grey source counts as YUV with
+// significant bits, as the display does. Depths are significant ones: a
+// source or target with LSB=n/MSB=n counts as n bits (10 to 8 is >> 2). A grey source counts as YUV with
 // neutral chroma; a grey target takes luma (Y of YUV, the first row of the
 // RGB to YUV transform for RGB).
 

@@ -58,7 +58,9 @@ struct MadeImage {
 
 // The image a stage's planes become. A single channel replacing an image of
 // three components is repeated into all three, keeping that image's kind.
-MadeImage MakeOutputImage(std::vector<Plane> planes, bool yuv, const CImageConcreteBase* replaced) {
+// `raw` is the significant-bits layout the result inherits (usually none).
+MadeImage MakeOutputImage(std::vector<Plane> planes, bool yuv, const CImageConcreteBase* replaced,
+                          const RawLayout& raw) {
   const uint32_t bits = planes[0].bits();
   if (planes.size() == 1 && replaced != nullptr && replaced->ComponentCount() == 3) {
     yuv = ColorKindOf(*replaced) == ColorKind::Yuv;
@@ -70,7 +72,7 @@ MadeImage MakeOutputImage(std::vector<Plane> planes, bool yuv, const CImageConcr
   }
   MadeImage made;
   const char* format = planes.size() == 1 ? "P,Y,%u" : yuv ? "P,Y,U,V,%u" : "P,R,G,B,%u";
-  made.format_text = StrFormat(format, bits);
+  made.format_text = raw.ToText() + StrFormat(format, bits);
   // The image is of the class its format text names and saves in that
   // (planar) layout as its own packing.
   CNullLineSink quiet;
@@ -78,6 +80,17 @@ MadeImage MakeOutputImage(std::vector<Plane> planes, bool yuv, const CImageConcr
   if (parsed) made.image = CreateImageForFormat(*parsed);
   if (!made.image || !made.image->AdoptPlanes(std::move(planes))) return {};
   return made;
+}
+
+// A result made from one image, at its depth and with its components,
+// holds values of that image's significant bits.
+RawLayout InheritedLayout(const std::vector<const CImageConcreteBase*>& images, uint32_t out_bits,
+                          uint32_t channels) {
+  const CImageConcreteBase& only = *images[0];
+  if (images.size() != 1 || out_bits != only.GetBitsPerComponent() || channels != only.ComponentCount()) {
+    return {};
+  }
+  return only.RawLayout();
 }
 
 }  // namespace
@@ -210,7 +223,8 @@ IEvalResult RunImageEval(const IEvalRequest& request,
     }
     const uint32_t target = TargetOf(targets, s);
     MadeImage made = MakeOutputImage(std::move(shared.outputs), request.options.yuv,
-                                     target != 0 ? working[target - 1] : nullptr);
+                                     target != 0 ? working[target - 1] : nullptr,
+                                     InheritedLayout(images, out_bits, channels[s]));
     shared.outputs.clear();
     if (!made.image) return single("Not enough memory for the output image");
     if (target != 0) working[target - 1] = made.image.get();

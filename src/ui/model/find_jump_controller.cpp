@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/app_state.h"
+#include "image/image_concrete_base.h"
 #include "image/image_container.h"
 #include "image/text_util.h"
 #include "ui/model/inspection_plan.h"
@@ -27,7 +28,7 @@ FindContext CFindJump::FindTarget() const {
   const size_t index = p_.views.PhaseTargetIndex();
   if (index == kNoView) return {};
   const IImageContainer& image = *p_.app.Images().At(index).image;
-  return {image.ComponentCount(), image.GetBitsPerComponent()};
+  return {image.ComponentCount(), SignificantBitsOf(image)};
 }
 
 void CFindJump::JumpTo(PixelPoint pixel) {

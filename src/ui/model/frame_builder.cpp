@@ -9,6 +9,7 @@
 #include "ui/model/help_pages.h"
 #include "ui/model/histogram_controller.h"
 #include "ui/model/pointer_controller.h"
+#include "ui/model/readout.h"
 #include "ui/model/text_metrics.h"
 #include "ui/model/update_check.h"
 #include "ui/model/view_set.h"
@@ -83,7 +84,7 @@ std::string CFrameBuilder::TabText(size_t index) const {
   if (const std::optional<std::string> readout = s_.pointer.TabReadout(index)) return text + *readout;
   char head[16];
   std::snprintf(head, sizeof head, "[%u] ", record.hk_id);
-  return text + head + record.display_name;
+  return text + head + record.display_name + SignificantBitsTag(*record.image);
 }
 
 void CFrameBuilder::BuildPanel(size_t index, size_t panel, const ITextMetrics* metrics,

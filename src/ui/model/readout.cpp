@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <numbers>
 
+#include "image/image_concrete_base.h"
 #include "image/image_container.h"
 #include "image/text_util.h"
 
@@ -57,6 +58,11 @@ std::optional<PixelSample> SamplePixel(const IImageContainer& image, PixelPoint 
     sample.b = static_cast<uint8_t>((color >> 16) & 0xFF);
   }
   return sample;
+}
+
+std::string SignificantBitsTag(const IImageContainer& image) {
+  const uint32_t bits = SignificantBitsOf(image);
+  return bits == image.GetBitsPerComponent() ? std::string{} : StrFormat(" (%u-bit)", bits);
 }
 
 std::string ComponentNames(const IImageContainer& image) {

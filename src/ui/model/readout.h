@@ -34,6 +34,9 @@ std::optional<PixelSample> SamplePixel(const IImageContainer& image, PixelPoint 
 
 // The component letters the readout names: "Y", "RGB" or "YUV".
 std::string ComponentNames(const IImageContainer& image);
+// " (10-bit)" for an image whose values use fewer bits than its words, for
+// the tab text; "" for every other image.
+std::string SignificantBitsTag(const IImageContainer& image);
 
 struct ReadoutFormat {
   bool one_component = true;

@@ -52,6 +52,20 @@ TEST(ReadoutTest, SampleTakesTheRenditionColourAndRefusesOutsidePixels) {
   EXPECT_EQ(OutOfRangeLine("2"), "[2] Out-of-Range");
 }
 
+// A 10-bit image in 16-bit words reads its values, shows 1023 as white and
+// names its depth in the tab; plain images add nothing.
+TEST(ReadoutTest, SignificantBitsShowInColourAndTab) {
+  auto gray = test::MakeGrayImage(16, 2, 1, [](uint32_t x, uint32_t) { return x == 0 ? 1023 : 512; });
+  EXPECT_EQ(SignificantBitsTag(*gray), "");
+  gray->SetRawLayout({BitAlign::Lsb, 10});
+  gray->BuildDisplay();
+  const std::optional<PixelSample> sample = SamplePixel(*gray, {0, 0});
+  ASSERT_TRUE(sample.has_value());
+  EXPECT_EQ(sample->values[0], 1023u);
+  EXPECT_EQ((std::array<int, 3>{sample->r, sample->g, sample->b}), (std::array<int, 3>{255, 255, 255}));
+  EXPECT_EQ(SignificantBitsTag(*gray), " (10-bit)");
+}
+
 TEST(ReadoutTest, StatusPrefixes) {
   EXPECT_EQ(RoiPrefix(Rect{20, 30, 22, 40}), "ROI: 20,30..22,40 (3x11) | ");
   EXPECT_EQ(PendingRoiPrefix({20, 30}, {10, 30}), "ROI: 20,30..?,? (11x1) | ");
