@@ -28,8 +28,18 @@ $(BUILD)/build.ninja: CMakeLists.txt | bootstrap
 build: bootstrap $(BUILD)/build.ninja
 	cmake --build $(BUILD)
 
-run: build
+# Builds only the program and the demo frames it shows, not the tests.
+DEMO_TARGETS := korvanel korvanel_demo_frames
+
+run: bootstrap $(BUILD)/build.ninja
+	cmake --build $(BUILD) --target $(DEMO_TARGETS)
 	@examples/run_demo $(abspath $(BUILD))/korvanel
+
+# Regenerates docs/viewer.png, the README's picture of that demo, under Xvfb.
+.PHONY: screenshot
+screenshot: bootstrap $(BUILD)/build.ninja
+	cmake --build $(BUILD) --target $(DEMO_TARGETS)
+	scripts/update_screenshot $(abspath $(BUILD)) docs/viewer.png
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j$(TEST_JOBS)

@@ -23,11 +23,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/app_state.h"
 #include "app/configuration.h"
 #include "frame_bytes.h"
+#include "image/block_recycler.h"
+#include "image/image_concrete_base.h"
 #include "ui/model/viewer_controller.h"
 #include "ui/qt/canvas.h"
 #include "ui/qt/frame_renderer.h"
@@ -122,6 +125,8 @@ class NullHost : public IViewerHost {
   }
   void SetScrollBars(const ScrollBarState&, const ScrollBarState&) override {}
   void ShowStatus(const StatusFields&) override {}
+  int32_t StatusBarWidth() const override { return kClient.width; }
+  int32_t StatusTextWidth(std::string_view text) const override { return static_cast<int32_t>(text.size()); }
   void StartTimer(TimerId, uint32_t) override {}
   void StopTimer(TimerId) override {}
   void SetCursorShape(CursorShape) override {}
@@ -177,7 +182,7 @@ class Viewer {
         screen_(kClient.width, kClient.height, QImage::Format_RGB32) {
     app_.LoadFormats(Files().Rules());
     controller_.SetTextMetrics(&renderer_.TextMetrics());
-    controller_.OnResize(kClient, 0);
+    controller_.OnResize(kClient);
   }
 
   bool Open(const std::string& path) {
@@ -195,7 +200,7 @@ class Viewer {
     app_.CloseAllImages();
     controller_.OnImagesChanged();
   }
-  void Resize() { controller_.OnResize(kClient, 0); }
+  void Resize() { controller_.OnResize(kClient); }
 
   // What the canvas's paint event does on a dirty frame: plan, compose the
   // base, blit it, draw the overlay.
@@ -405,21 +410,35 @@ void BM_CursorMove(benchmark::State& state) {
 }
 BENCHMARK(BM_CursorMove)->Unit(benchmark::kMillisecond);
 
+// The real window on the offscreen platform, shown at the frame's size,
+// with the benchmark's format rules.
+struct ShownWindow {
+  explicit ShownWindow(const ViewSetup& setup)
+      : config(BenchConfig(setup)),
+        configured(feedback, config),
+        formats_loaded(configured.app.LoadFormats(Files().Rules())),
+        window(configured.app, config) {
+    window.resize(kClient.width, kClient.height);
+    window.show();
+    QApplication::processEvents();
+  }
+  ConfigValues config;
+  QuietFeedback feedback;
+  ConfiguredApp configured;
+  bool formats_loaded;
+  CMainWindow window;
+};
+
 // The real window on the offscreen platform: CMainWindow's canvas repainted
 // through its paint event and backing store, the image area sized as the
 // other benchmarks' frame. "still" repaints an unchanged frame (an expose);
 // "pan" scrolls one page first, so the paint event composes a new base.
 void BM_WidgetRepaint(benchmark::State& state, bool pan) {
   if (!Files().Ready()) return state.SkipWithError("no temporary folder");
-  const ConfigValues config = BenchConfig({1.0, false, false});
-  QuietFeedback feedback;
-  ConfiguredApp configured(feedback, config);
-  AppState& app = configured.app;
-  if (!app.LoadFormats(Files().Rules())) return state.SkipWithError("formats not loaded");
-  CMainWindow window(app, config);
-  window.resize(kClient.width, kClient.height);
-  window.show();
-  QApplication::processEvents();
+  ShownWindow shown({1.0, false, false});
+  if (!shown.formats_loaded) return state.SkipWithError("formats not loaded");
+  AppState& app = shown.configured.app;
+  CMainWindow& window = shown.window;
   // Grow the window by what menus, bars and status take, so the canvas gets
   // the frame's size (in device pixels, as the plan works).
   const ScreenSize canvas = window.Canvas().DeviceSize();
@@ -445,6 +464,108 @@ void BM_WidgetRepaint(benchmark::State& state, bool pan) {
 }
 BENCHMARK_CAPTURE(BM_WidgetRepaint, still, false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_WidgetRepaint, pan, true)->Unit(benchmark::kMillisecond);
+
+// --- resident memory ----------------------------------------------------------
+
+// A /proc/self/status field (VmRSS, VmHWM) in bytes; nothing when missing.
+std::optional<uint64_t> StatusBytes(std::string_view field) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line)) {
+    if (line.starts_with(field) && line.size() > field.size() && line[field.size()] == ':') {
+      return std::strtoull(line.c_str() + field.size() + 1, nullptr, 10) * 1024;
+    }
+  }
+  return std::nullopt;
+}
+
+uint64_t PlaneBytes(const AppState& app) {
+  uint64_t bytes = 0;
+  for (size_t i = 0; i < app.Images().Count(); ++i) {
+    const auto* image = dynamic_cast<const CImageConcreteBase*>(app.Images().At(i).image.get());
+    for (uint32_t p = 0; image != nullptr && p < image->PlaneCount(); ++p) {
+      bytes += image->GetPlane(p).byte_size();
+    }
+  }
+  return bytes;
+}
+
+uint64_t ShownRenditionBytes(CViewerController& controller) {
+  uint64_t bytes = 0;
+  for (const PanelPlan& panel : controller.PrepareFrame().panels) {
+    if (panel.rendition != nullptr) bytes += panel.rendition->pixels.size() * sizeof(uint32_t);
+  }
+  return bytes;
+}
+
+enum class OpenWay { Together, OneByOne, Reload, CloseOthers };
+
+// The real window with `frames` 4K NV12 frames open and one shown: opened
+// together (as from the command line, one paint at the end), one by one
+// (each shown as it opens, as a user opens them in turn), or one by one and
+// then the shown frame reloaded three times (as after outside changes), or
+// one by one and then all but the shown frame closed.
+// Reports resident memory against the planes plus the shown renditions and
+// the empty window's own footprint, all in MB. Run one case per process
+// (bench/viewer_memory.sh): the peak is the process's.
+void BM_ResidentMemory(benchmark::State& state, OpenWay way) {
+  if (!Files().Ready()) return state.SkipWithError("no temporary folder");
+  const auto frames = static_cast<uint32_t>(state.range(0));
+  for (uint32_t i = 0; i < frames; ++i) Files().Nv12(i);  // written before the empty figure
+  ShownWindow viewer({0.0, false, false});
+  if (!viewer.formats_loaded) return state.SkipWithError("formats not loaded");
+  AppState& app = viewer.configured.app;
+  CMainWindow& window = viewer.window;
+  window.Canvas().repaint();
+  QApplication::processEvents();
+  const std::optional<uint64_t> empty = StatusBytes("VmRSS");
+  for (auto _ : state) {
+    for (uint32_t i = 0; i < frames; ++i) {
+      if (!app.OpenImage(Files().Nv12(i))) return state.SkipWithError("open failed");
+      if (way == OpenWay::Together) continue;
+      window.Controller().OnImagesChanged();
+      window.Canvas().repaint();
+    }
+    window.Controller().OnImagesChanged();
+    window.Canvas().repaint();
+    for (int reload = 0; way == OpenWay::Reload && reload < 3; ++reload) {
+      const PanelPlan& shown = window.Controller().PrepareFrame().panels.front();
+      if (!app.ReloadImage(shown.image_index, true)) return state.SkipWithError("reload failed");
+      window.Controller().OnImagesChanged();
+      window.Canvas().repaint();
+    }
+    while (way == OpenWay::CloseOthers && app.Images().Count() > 1) {
+      const size_t shown = window.Controller().PrepareFrame().panels.front().image_index;
+      app.CloseImage(shown == 0 ? 1 : 0);
+      window.Controller().OnImagesChanged();
+      window.Canvas().repaint();
+    }
+    QApplication::processEvents();
+  }
+  const std::optional<uint64_t> resident = StatusBytes("VmRSS");
+  const std::optional<uint64_t> peak = StatusBytes("VmHWM");
+  if (!empty || !resident || !peak) return state.SkipWithError("no VmRSS/VmHWM in /proc/self/status");
+  const size_t open = way == OpenWay::CloseOthers ? 1 : frames;
+  if (app.Images().Count() != open) return state.SkipWithError("the frames open are not the case's");
+  const uint64_t shown = ShownRenditionBytes(window.Controller());
+  if (shown == 0) return state.SkipWithError("no frame shown");
+  state.counters["empty_MB"] = static_cast<double>(*empty) / 1e6;
+  state.counters["planes_MB"] = static_cast<double>(PlaneBytes(app)) / 1e6;
+  state.counters["shown_MB"] = static_cast<double>(shown) / 1e6;
+  state.counters["resident_MB"] = static_cast<double>(*resident) / 1e6;
+  state.counters["peak_MB"] = static_cast<double>(*peak) / 1e6;
+  state.counters["parked_MB"] = static_cast<double>(CBlockRecycler::Shared().ParkedBytes()) / 1e6;
+  window.hide();
+  app.CloseAllImages();
+}
+BENCHMARK_CAPTURE(BM_ResidentMemory, together, OpenWay::Together)
+    ->Arg(1)->Arg(5)->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ResidentMemory, one_by_one, OpenWay::OneByOne)
+    ->Arg(1)->Arg(5)->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ResidentMemory, reload, OpenWay::Reload)
+    ->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ResidentMemory, close_others, OpenWay::CloseOthers)
+    ->Arg(20)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // The baseline: one frame's bytes copied, as a backing-store blit would.
 void BM_MemcpyFrame(benchmark::State& state) {

@@ -13,6 +13,7 @@
 #include "app/writable_home.h"
 #include "files/load_new_image.h"
 #include "image/color_transform.h"
+#include "image/image_concrete_base.h"
 #include "image/text_util.h"
 #include "ops/job_runner.h"
 #include "ops/worker_pool.h"
@@ -60,7 +61,7 @@ AppState::AppState(IUserFeedback& feedback, CConfiguration& config)
   ApplyConfiguration(config.Values());
   SetFormatLog(&config.Logs().format_load);
   LoadFormats("");
-  if (config.Values().system.reload_dialogs_edit_history) edit_history_.Load(EditHistoryPath());
+  LoadEditHistory(config.Values().system.reload_dialogs_edit_history);
 }
 
 AppState::~AppState() {
@@ -137,9 +138,28 @@ std::filesystem::path AppState::EditHistoryPath() const {
   return std::filesystem::path(work_path_) / kEditHistoryFileName;
 }
 
+void AppState::LoadEditHistory(bool restore) {
+  restore_edit_history_ = restore;
+  const std::filesystem::path path = EditHistoryPath();
+  const LineReadStatus status = (restore ? edit_history_ : kept_edit_history_).Load(path);
+  if (status == LineReadStatus::kOk || status == LineReadStatus::kMissing) return;
+  // Writing over what could not be read would lose the user's entries.
+  edit_history_unreadable_ = true;
+  CLogger& log = config_->Logs().app;
+  log.BeginEntry("Load dialog edit history");
+  log.AddLine(path.string() + " " + LineReadProblem(status) +
+              "; the dialog histories are not restored and the file is left as it is");
+  log.Flush();
+}
+
 bool AppState::StoreEditHistory() const {
   const std::filesystem::path path = EditHistoryPath();
-  return !path.empty() && edit_history_.Store(path);
+  if (path.empty() || edit_history_unreadable_) return false;
+  if (restore_edit_history_) return edit_history_.Store(path);
+  // Not restored, the file's entries still stay, under this session's.
+  CEditHistory merged = kept_edit_history_;
+  merged.AddNewer(edit_history_);
+  return merged.Store(path);
 }
 
 // --- messages ----------------------------------------------------------------
@@ -298,6 +318,7 @@ bool AppState::ReplaceImage(size_t index, std::unique_ptr<IImageContainer> image
   record.summary = MakeSummaryLine(image->GetRawByteSize(), width, height, record.display_name);
   record.image = std::move(image);
   record.format_text = std::move(format_text);
+  images_.MarkChanged();
   MarkCreatedUnsaved(record.image.get());
   feedback_.RequestRepaint();
   return true;
@@ -394,6 +415,15 @@ std::vector<size_t> AppState::ChangedFiles() const {
   return changed;
 }
 
+void AppState::ReleaseHiddenRenditions() {
+  for (size_t i = 0; i < images_.Count(); ++i) {
+    const bool shown = compare_mode_ ? std::ranges::find(comparison_group_, i) != comparison_group_.end()
+                                     : i == focus_index_;
+    auto* image = dynamic_cast<CImageConcreteBase*>(images_.At(i).image.get());
+    if (!shown && image != nullptr) image->ReleaseDisplay();
+  }
+}
+
 bool AppState::ReloadImage(size_t index, bool keep_format) {
   if (index >= images_.Count() || images_.At(index).path.empty()) return false;
   ImageRecord& record = images_.At(index);
@@ -422,6 +452,7 @@ bool AppState::ReloadImage(size_t index, bool keep_format) {
       MakeSummaryLine(loaded.image->GetRawByteSize(), width, height, record.display_name);
   record.image = std::move(loaded.image);
   record.format_text = std::move(loaded.format_text);
+  images_.MarkChanged();
   feedback_.RequestRepaint();
   return true;
 }

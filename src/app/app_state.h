@@ -89,6 +89,10 @@ class AppState {
   bool NewDuplicateFromView();
   // Refuses with the "Too many open images" message when the registry is full.
   bool CheckRoomForImage();
+  // Frees the renditions of images outside the party (the comparison group,
+  // else the focus image): a 4K rendition is 33 MB, and nothing shows them
+  // until they join it again.
+  void ReleaseHiddenRenditions();
 
   // --- focus and comparison ------------------------------------------------
   void SetFocus(size_t index);
@@ -206,15 +210,18 @@ class AppState {
 
   // --- dialog edit history -------------------------------------------------
   // Read from EditHistoryPath() at construction when reload_dialogs_edit_history
-  // is on, else empty.
+  // is on, else empty (the file's entries are then kept aside and stored
+  // under the new ones).
   CEditHistory& EditHistory() { return edit_history_; }
   // "Korvanel.dat" in the work path, where the logs go; empty without a
   // configuration (nothing is stored then).
   std::filesystem::path EditHistoryPath() const;
-  // Writes the history; false when there is no path or it cannot be written.
+  // Writes the history; false when there is no path, it cannot be written, or
+  // the file was there but could not be read (it is then left alone).
   bool StoreEditHistory() const;
 
  private:
+  void LoadEditHistory(bool restore);
   void RebuildImagesMenu();
   bool OpenWithPrompt(const std::string& path);
   void StartComparing(std::vector<size_t> group);
@@ -272,6 +279,9 @@ class AppState {
   std::unique_ptr<COperationHost> operation_host_;
   std::unique_ptr<CIEvalList> saved_ievals_;
   CEditHistory edit_history_;
+  CEditHistory kept_edit_history_;  // the file's, when not restored
+  bool restore_edit_history_ = true;
+  bool edit_history_unreadable_ = false;
 
   std::vector<MenuEntry> images_menu_;
   char message_[kMessageBufferSize] = {};

@@ -15,7 +15,14 @@ CConfiguration::CConfiguration(std::filesystem::path program_dir)
 
 bool CConfiguration::Load(const std::filesystem::path& path) {
   LineReadResult read = ReadTextLines(path, LineReadOptions{});
-  if (read.status != LineReadStatus::kOk) return false;
+  if (read.status != LineReadStatus::kOk) {
+    // Something that is there but cannot be read is a problem of the file
+    // like any other; the defaults stay.
+    if (read.status != LineReadStatus::kMissing) {
+      LogRejections(path, {StrFormat("The file %s, ignored", LineReadProblem(read.status))});
+    }
+    return false;
+  }
 
   rejections_.clear();
   for (const uint32_t line : read.cut_lines) {
@@ -29,13 +36,16 @@ bool CConfiguration::Load(const std::filesystem::path& path) {
   loaded_ = true;
 
   logs_.Configure(values_);
-  if (!rejections_.empty()) {
-    CLogger& log = logs_.config_errors;
-    log.BeginEntry(path.string());
-    for (const std::string& line : rejections_) log.AddLine(line);
-    log.Flush();
-  }
+  LogRejections(path, rejections_);
   return true;
+}
+
+void CConfiguration::LogRejections(const std::filesystem::path& path, const std::vector<std::string>& lines) {
+  if (lines.empty()) return;
+  CLogger& log = logs_.config_errors;
+  log.BeginEntry(path.string());
+  for (const std::string& line : lines) log.AddLine(line);
+  log.Flush();
 }
 
 std::filesystem::path ExecutableDirectory() {

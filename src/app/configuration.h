@@ -24,8 +24,9 @@ class CConfiguration {
 
   // Reads `path` over fresh defaults and applies it, then writes the
   // rejections (if any) to the configuration warnings log as one entry titled
-  // with the path. Returns false, changing nothing, when the file cannot be
-  // opened.
+  // with the path. Returns false, changing nothing, when the file is missing
+  // or cannot be read (a pipe, device, folder or a huge file is logged as a
+  // rejection and not read).
   bool Load(const std::filesystem::path& path);
 
   const ConfigValues& Values() const { return values_; }
@@ -39,6 +40,8 @@ class CConfiguration {
   const std::filesystem::path& ProgramDir() const { return program_dir_; }
 
  private:
+  void LogRejections(const std::filesystem::path& path, const std::vector<std::string>& lines);
+
   std::filesystem::path program_dir_;
   ConfigValues values_;
   std::vector<std::string> lines_;

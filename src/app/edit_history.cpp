@@ -43,6 +43,15 @@ std::string Unescape(std::string_view text) {
   return out;
 }
 
+// Whether the entry's line ("=" and the escaped text) loads again: a longer
+// line would be cut and dropped, so such an entry is not kept in the first
+// place.
+bool FitsOnALine(std::string_view text) {
+  size_t length = 1 + text.size();
+  for (char c : text) length += c == '\\' || c == '\n' || c == '\r' ? 1 : 0;
+  return length <= kMaxEditHistoryLine;
+}
+
 bool IsBlank(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c == ' ' || c == '\t'; });
 }
@@ -50,7 +59,7 @@ bool IsBlank(std::string_view text) {
 }  // namespace
 
 void CEditHistory::Add(std::string_view tag, std::string_view text) {
-  if (tag.empty() || IsBlank(text)) return;
+  if (tag.empty() || IsBlank(text) || !FitsOnALine(text)) return;
   auto found = lists_.find(tag);
   if (found == lists_.end()) found = lists_.emplace(std::string(tag), std::vector<std::string>{}).first;
   std::vector<std::string>& list = found->second;
@@ -71,12 +80,18 @@ std::vector<std::string> CEditHistory::Tags() const {
   return tags;
 }
 
-bool CEditHistory::Load(const std::filesystem::path& path) {
+void CEditHistory::AddNewer(const CEditHistory& newer) {
+  for (const auto& [tag, list] : newer.lists_) {
+    for (auto text = list.rbegin(); text != list.rend(); ++text) Add(tag, *text);
+  }
+}
+
+LineReadStatus CEditHistory::Load(const std::filesystem::path& path) {
   lists_.clear();
   LineReadOptions options;
   options.max_line_length = kMaxEditHistoryLine;
   LineReadResult read = ReadTextLines(path, options);
-  if (read.status != LineReadStatus::kOk) return false;
+  if (read.status != LineReadStatus::kOk) return read.status;
   std::vector<bool> cut(read.lines.size() + 1, false);
   for (uint32_t number : read.cut_lines) {
     if (number <= read.lines.size()) cut[number - 1] = true;
@@ -90,12 +105,12 @@ bool CEditHistory::Load(const std::filesystem::path& path) {
     } else if (current != nullptr && !line.empty() && line.front() == '=' &&
                current->size() < kEditHistoryDepth) {
       std::string text = Unescape(std::string_view(line).substr(1));
-      if (!IsBlank(text) && std::find(current->begin(), current->end(), text) == current->end()) {
+      if (!IsBlank(text) && FitsOnALine(text) && std::find(current->begin(), current->end(), text) == current->end()) {
         current->push_back(std::move(text));
       }
     }
   }
-  return true;
+  return LineReadStatus::kOk;
 }
 
 bool CEditHistory::Store(const std::filesystem::path& path) const {

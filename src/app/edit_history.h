@@ -12,7 +12,9 @@
 // return "\r", so every entry stays on one line. Tags the program does not
 // know are kept and written back unchanged. Entries before any tag, lines
 // longer than kMaxEditHistoryLine and entries beyond 40 per tag are dropped,
-// so a damaged file loads what it can.
+// so a damaged file loads what it can. An entry whose stored line would be
+// longer than that is not kept either (not even when added), so that what is
+// stored always loads again.
 
 #include <cstddef>
 #include <filesystem>
@@ -20,6 +22,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "app/line_reader.h"
 
 namespace korvanel {
 
@@ -36,9 +40,10 @@ class CEditHistory {
   const std::vector<std::string>& Entries(std::string_view tag) const;
   std::vector<std::string> Tags() const;
 
-  // Replaces the content with the file's; false (content empty) when it
-  // cannot be read.
-  bool Load(const std::filesystem::path& path);
+  // Replaces the content with the file's; anything but kOk leaves it empty.
+  LineReadStatus Load(const std::filesystem::path& path);
+  // Puts `newer`'s entries first in each of its lists, as if added here.
+  void AddNewer(const CEditHistory& newer);
   // Writes a fresh file beside the old one and renames it over, so a failed
   // write never leaves a half file; false when it cannot be written.
   bool Store(const std::filesystem::path& path) const;

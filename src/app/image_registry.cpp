@@ -7,6 +7,7 @@ namespace korvanel {
 size_t ImageRegistry::Append(ImageRecord record) {
   record.hk_id = static_cast<uint32_t>(records_.size()) + 1;
   records_.push_back(std::move(record));
+  ++generation_;
   return records_.size() - 1;
 }
 
@@ -16,6 +17,7 @@ void ImageRegistry::Remove(size_t index) {
     if (record.hk_id - 1 > index) --record.hk_id;
   }
   records_.erase(records_.begin() + static_cast<ptrdiff_t>(index));
+  ++generation_;
 }
 
 std::optional<size_t> ImageRegistry::FindPath(std::string_view path) const {

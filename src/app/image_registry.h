@@ -33,8 +33,15 @@ class ImageRegistry {
   // HK references: 1..count name positions, -1..-count count back from the last.
   std::optional<size_t> ResolveHkReference(int32_t reference) const;
 
+  // Counts changes to the set of images and to what a record holds, so that
+  // observers compare numbers instead of walking the records.
+  uint64_t Generation() const { return generation_; }
+  // A record's image was replaced in place (reloaded, say).
+  void MarkChanged() { ++generation_; }
+
  private:
   std::vector<ImageRecord> records_;
+  uint64_t generation_ = 1;
 };
 
 }  // namespace korvanel

@@ -1,14 +1,42 @@
 #include "app/line_reader.h"
 
-#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <optional>
 
 #include "app/crc32.h"
-#include "app/owned_file.h"
 #include "image/text_util.h"
 
 namespace korvanel {
 namespace {
+
+// A descriptor closed when it goes out of scope.
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int fd) : fd_(fd) {}
+  ~FileDescriptor() {
+    if (fd_ >= 0) close(fd_);
+  }
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  int get() const { return fd_; }
+
+ private:
+  int fd_;
+};
+
+// Lets only a regular file of a sane size through: a pipe, device or folder
+// may never end (or block), so it is not read at all.
+LineReadStatus CheckRegularFile(int fd) {
+  struct stat info {};
+  if (fstat(fd, &info) != 0) return LineReadStatus::kReadError;
+  if (!S_ISREG(info.st_mode)) return LineReadStatus::kNotRegularFile;
+  if (static_cast<uint64_t>(info.st_size) > kMaxLineReadFileSize) return LineReadStatus::kTooLarge;
+  return LineReadStatus::kOk;
+}
 
 bool IsCountedLine(std::string_view line) {
   const std::string_view text = TrimAscii(line);
@@ -62,10 +90,31 @@ uint32_t SectionAndKeyLinesCrc(const std::vector<std::string>& lines) {
   return crc;
 }
 
+const char* LineReadProblem(LineReadStatus status) {
+  switch (status) {
+    case LineReadStatus::kOk: return "";
+    case LineReadStatus::kMissing: return "does not exist";
+    case LineReadStatus::kCannotOpen: return "cannot be opened";
+    case LineReadStatus::kNotRegularFile: return "is not a regular file";
+    case LineReadStatus::kTooLarge: return "is larger than 16 MiB";
+    case LineReadStatus::kReadError: return "cannot be read";
+    case LineReadStatus::kChecksumMissing: return "has no checksum line";
+    case LineReadStatus::kChecksumMismatch: return "does not match its checksum";
+  }
+  return "cannot be read";
+}
+
 LineReadResult ReadTextLines(const std::filesystem::path& path, const LineReadOptions& options) {
   LineReadResult result;
-  const OwnedFile file(std::fopen(path.c_str(), "rb"));
-  if (!file) return result;
+  // Non-blocking, so that opening a pipe without a writer returns at once.
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (file.get() < 0) {
+    result.status = errno == ENOENT || errno == ENOTDIR ? LineReadStatus::kMissing
+                                                        : LineReadStatus::kCannotOpen;
+    return result;
+  }
+  result.status = CheckRegularFile(file.get());
+  if (result.status != LineReadStatus::kOk) return result;
 
   std::string line;
   bool cut = false;
@@ -78,9 +127,17 @@ LineReadResult ReadTextLines(const std::filesystem::path& path, const LineReadOp
     line_started = false;
   };
   char buffer[16 * 1024];
-  size_t got = 0;
-  while ((got = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
-    for (size_t i = 0; i < got; ++i) {
+  uint64_t total = 0;
+  for (;;) {
+    const ssize_t got = read(file.get(), buffer, sizeof buffer);
+    if (got == 0) break;
+    if (got < 0 && errno == EINTR) continue;
+    if (got > 0) total += static_cast<uint64_t>(got);
+    // A file that grows while read is held to the same cap as its size.
+    if (got < 0 || total > kMaxLineReadFileSize) {
+      return LineReadResult{got < 0 ? LineReadStatus::kReadError : LineReadStatus::kTooLarge, {}, {}};
+    }
+    for (size_t i = 0; i < static_cast<size_t>(got); ++i) {
       const char c = buffer[i];
       if (c == '\n') {
         end_line();

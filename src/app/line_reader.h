@@ -18,9 +18,16 @@
 
 namespace korvanel {
 
+// Settings files are small; anything larger is damaged or not one.
+inline constexpr uint64_t kMaxLineReadFileSize = 16 * 1024 * 1024;
+
 enum class LineReadStatus {
   kOk,
+  kMissing,           // nothing at the path
   kCannotOpen,
+  kNotRegularFile,    // a folder, pipe, device...: never read, it may not end
+  kTooLarge,          // over kMaxLineReadFileSize
+  kReadError,
   kChecksumMissing,   // checked mode: the last line holds no checksum
   kChecksumMismatch,  // checked mode: the content does not match its checksum
 };
@@ -41,6 +48,10 @@ struct LineReadResult {
 };
 
 LineReadResult ReadTextLines(const std::filesystem::path& path, const LineReadOptions& options);
+
+// What went wrong, to follow a file's name: "is not a regular file"; empty
+// for kOk.
+const char* LineReadProblem(LineReadStatus status);
 
 // The checksum of `lines` as checked mode computes it.
 uint32_t SectionAndKeyLinesCrc(const std::vector<std::string>& lines);

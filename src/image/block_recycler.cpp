@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -68,14 +69,18 @@ void* MapAligned(size_t step_bytes) {
   return block;
 }
 
-// The shared recycler's bounds: room for the blocks of one 16-bit 4K frame
-// (file, three planes, rendition), or of a few 8-bit ones.
-constexpr CBlockRecycler::Limits kSharedLimits{CBlockRecycler::kMaxParkedBlocks, size_t{192} << 20};
+// The shared recycler's bounds: what one more load of the largest common
+// frame takes, a 16-bit 4K RGB one (file 48 MiB, three 16 MiB planes, a
+// 32 MiB rendition), and of one size no more than an image's three planes.
+// Blocks freed beyond that (closing many images, dropping renditions of
+// hidden ones) go back to the system.
+constexpr CBlockRecycler::Limits kSharedLimits{CBlockRecycler::kMaxParkedBlocks, size_t{128} << 20, 3};
 
 }  // namespace
 
 CBlockRecycler::CBlockRecycler(Limits limits)
-    : limits_{limits.blocks < kMaxParkedBlocks ? limits.blocks : kMaxParkedBlocks, limits.bytes} {}
+    : limits_{std::min(limits.blocks, kMaxParkedBlocks), limits.bytes,
+              std::min(limits.blocks_per_size, kMaxParkedBlocks)} {}
 
 CBlockRecycler::~CBlockRecycler() { ReleaseParked(); }
 
@@ -117,14 +122,18 @@ void* CBlockRecycler::TakeParked(size_t step_bytes) {
   // The newest first: its pages are the likeliest to be in the caches.
   for (size_t i = parked_count_; i-- > 0;) {
     if (parked_[i].bytes != step_bytes) continue;
-    void* block = parked_[i].block;
-    for (size_t j = i + 1; j < parked_count_; ++j) parked_[j - 1] = parked_[j];
-    parked_[--parked_count_] = {};
-    parked_bytes_ -= step_bytes;
     ++reuses_;
-    return block;
+    return Unpark(i).block;
   }
   return nullptr;
+}
+
+CBlockRecycler::Parked CBlockRecycler::Unpark(size_t index) {
+  const Parked parked = parked_[index];
+  for (size_t j = index + 1; j < parked_count_; ++j) parked_[j - 1] = parked_[j];
+  parked_[--parked_count_] = {};
+  parked_bytes_ -= parked.bytes;
+  return parked;
 }
 
 void CBlockRecycler::Give(void* block, size_t bytes) {
@@ -153,16 +162,22 @@ void CBlockRecycler::Give(void* block, size_t bytes) {
 
 bool CBlockRecycler::MakeRoom(size_t step_bytes, std::array<Parked, kMaxParkedBlocks>& evicted,
                               size_t& evicted_count) {
-  if (limits_.blocks == 0 || step_bytes > limits_.bytes) return false;
-  size_t oldest = 0;
-  while (parked_count_ - oldest >= limits_.blocks || parked_bytes_ + step_bytes > limits_.bytes) {
-    evicted[evicted_count++] = parked_[oldest];
-    parked_bytes_ -= parked_[oldest].bytes;
-    ++oldest;
+  if (limits_.blocks == 0 || limits_.blocks_per_size == 0 || step_bytes > limits_.bytes) return false;
+  // The oldest of this size while the size has no room, then the oldest of
+  // any size while the whole has none.
+  size_t of_size = 0;
+  for (size_t i = 0; i < parked_count_; ++i) of_size += parked_[i].bytes == step_bytes ? 1 : 0;
+  for (size_t i = 0; of_size >= limits_.blocks_per_size && i < parked_count_;) {
+    if (parked_[i].bytes != step_bytes) {
+      ++i;
+      continue;
+    }
+    evicted[evicted_count++] = Unpark(i);
+    --of_size;
   }
-  for (size_t i = oldest; i < parked_count_; ++i) parked_[i - oldest] = parked_[i];
-  for (size_t i = parked_count_ - oldest; i < parked_count_; ++i) parked_[i] = {};
-  parked_count_ -= oldest;
+  while (parked_count_ >= limits_.blocks || parked_bytes_ + step_bytes > limits_.bytes) {
+    evicted[evicted_count++] = Unpark(0);
+  }
   return true;
 }
 

@@ -10,9 +10,11 @@
 // Blocks from kRecycledBlockBytes on are mapped by the recycler itself,
 // aligned to and sized in whole 2 MiB steps so that huge pages cover them
 // (see huge_pages.h). A freed block is parked under that size and serves the
-// next request of the same size only. At most a few blocks and a byte cap are
-// parked; the oldest go back to the system first. Smaller blocks come from
-// malloc as before. Thread-safe.
+// next request of the same size only. What is parked is bounded by what the
+// next open or reload can take: a few blocks of each size (one image's
+// planes), a few blocks in all and a byte cap (one deep 4K frame's file,
+// planes and rendition); the oldest go back to the system first. Smaller
+// blocks come from malloc as before. Thread-safe.
 
 #include <array>
 #include <cstddef>
@@ -33,6 +35,7 @@ class CBlockRecycler {
   struct Limits {
     size_t blocks = kMaxParkedBlocks;  // at most kMaxParkedBlocks
     size_t bytes = 0;
+    size_t blocks_per_size = kMaxParkedBlocks;  // of one step size
   };
 
   explicit CBlockRecycler(Limits limits);
@@ -72,6 +75,8 @@ class CBlockRecycler {
   // Evicts the oldest until one more block of `step_bytes` fits; false when
   // it cannot fit at all.
   bool MakeRoom(size_t step_bytes, std::array<Parked, kMaxParkedBlocks>& evicted, size_t& evicted_count);
+  // Takes parked_[index] out of the list, keeping the order of the rest.
+  Parked Unpark(size_t index);
 
   const Limits limits_;
   mutable std::mutex mutex_;

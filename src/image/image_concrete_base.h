@@ -54,6 +54,10 @@ class CImageConcreteBase : public IImageContainer {
   bool AlignToChromaGrid(Rect& region) const override;
 
   ColorKind Kind() const { return kind_; }
+  // Frees the kept rendition (an image no longer shown); the next
+  // BuildDisplay renders it again.
+  void ReleaseDisplay() { display_.reset(); }
+  bool HasDisplay() const { return display_ != nullptr; }
 
   void* OwnerData1() const { return owner_data_[0]; }
   void* OwnerData2() const { return owner_data_[1]; }
@@ -86,7 +90,7 @@ class CImageConcreteBase : public IImageContainer {
   std::vector<Plane>& FilteredPlanes() { return filtered_planes_; }
   std::vector<uint32_t>& MutableSelectionMask() { return mask_; }
   // What the rendition shows: the filtered copy while there is one.
-  const std::vector<Plane>& ShownPlanes() const {
+  const std::vector<Plane>& ShownPlanes() const override {
     return filtered_planes_.empty() ? planes_ : filtered_planes_;
   }
 

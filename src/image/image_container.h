@@ -14,12 +14,17 @@
 //   7 Resize                17 SetViewPosition      27 ComponentCount
 //   8 CopyPixelsOut         18 SetOwnerData1        28 IsSelected
 //   9 BuildAlternate        19 SetOwnerData2        29 AlignToChromaGrid
+//
+// After the fixed table come the program's own additions:
+//
+//  30 ShownPlanes
 
 #include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "image/color_kind.h"
 #include "image/region.h"
@@ -27,6 +32,7 @@
 namespace korvanel {
 
 struct DisplayRendition;
+class Plane;
 class IParallelRunner;
 class IPlaneProcessor;
 // Defined with the writers, the statistics file and the histogram.
@@ -83,6 +89,10 @@ class IImageContainer {
   virtual bool IsSelected(int64_t x, int64_t y) const = 0;
   // Widens `region` to whole chroma cells; false for images without chroma.
   virtual bool AlignToChromaGrid(Rect& region) const = 0;
+
+  // The planes the screen shows (the filtered copy while there is one), for
+  // scans such as finding a pixel value.
+  virtual const std::vector<Plane>& ShownPlanes() const = 0;
 };
 
 // The colour family of an image, told by the type name its kind reports.

@@ -12,8 +12,6 @@ namespace {
 
 uint64_t PixelCount(const Plane& plane) { return uint64_t{plane.width()} * plane.height(); }
 
-constexpr uint64_t kShuffleBytes = 16;
-
 }  // namespace
 
 InterleavePlan::InterleavePlan(std::string_view letters, std::string_view components,
@@ -33,27 +31,41 @@ InterleavePlan::InterleavePlan(std::string_view letters, std::string_view compon
 
 void InterleavePlan::BuildShuffleMasks() {
   const uint32_t bytes = bits_ / 8;
-  const uint64_t group_bytes = positions_.size() * uint64_t{bytes};
-  if (bytes > 2 || group_bytes == 0 || group_bytes > kShuffleBytes || !ShuffleKernelAvailable()) {
+  const uint32_t out_bytes = pixels_per_group_ * bytes;  // of each plane, per group
+  if (bytes == 0 || bytes > 2 || positions_.empty() || kShuffleBytes % out_bytes != 0 ||
+      !ShuffleKernelAvailable()) {
     return;
   }
-  const auto groups = static_cast<uint32_t>(kShuffleBytes / group_bytes);
-  if (groups * pixels_per_group_ < 2) return;  // one pixel a step: no gain
+  // A step fills 16 bytes of every plane: that many whole groups. Each plane
+  // has at most m samples a group, so their input fits in three vectors.
+  const uint32_t groups = kShuffleBytes / out_bytes;
+  const uint64_t group_bytes = positions_.size() * uint64_t{bytes};
+  const uint64_t in_bytes = groups * group_bytes;
+  if (in_bytes > kMaxShuffleInputs * kShuffleBytes) return;
+  ShuffleMasks masks;
+  for (auto& plane : masks) {
+    for (auto& vector : plane) vector.fill(0x80);
+  }
   for (uint32_t c = 0; c < 3; ++c) {
     for (uint32_t j = 0; j < kShuffleBytes; ++j) {
       const uint32_t pixel = j / bytes;
       const uint32_t g = pixel / pixels_per_group_;
       const uint32_t q = pixel % pixels_per_group_;
-      uint8_t source = 0x80;  // zero: overwritten by the next step
-      for (uint32_t p = 0; p < positions_.size() && g < groups; ++p) {
+      bool found = false;
+      for (uint32_t p = 0; p < positions_.size() && !found; ++p) {
         const InterleavePosition& pos = positions_[p];
-        if (pos.plane == c && q >= pos.first_pixel && q < pos.first_pixel + pos.repeat) {
-          source = static_cast<uint8_t>((g * positions_.size() + p) * bytes + j % bytes);
-        }
+        if (pos.plane != c || q < pos.first_pixel || q >= pos.first_pixel + pos.repeat) continue;
+        const uint64_t source = (g * positions_.size() + p) * bytes + j % bytes;
+        masks[c][source / kShuffleBytes][j] = static_cast<uint8_t>(source % kShuffleBytes);
+        found = true;
       }
-      shuffle_masks_[c][j] = source;
+      // A plane without samples is left alone by the portable walk; a step
+      // cannot skip bytes, so such layouts stay on that walk.
+      if (!found) return;
     }
   }
+  shuffle_masks_ = masks;
+  shuffle_inputs_ = static_cast<uint32_t>((in_bytes + kShuffleBytes - 1) / kShuffleBytes);
   shuffle_groups_ = groups;
 }
 
@@ -88,25 +100,24 @@ void InterleavePlan::RunOn(IParallelRunner* runner, const uint8_t* src, uint64_t
 void InterleavePlan::RunGroups(uint64_t group_begin, uint64_t group_end, const uint8_t* src,
                                uint64_t byte_count, Plane* const planes[3]) const {
   uint64_t done = group_begin;
-  if (shuffle_groups_ > 0 && group_end > group_begin) {
+  if (shuffle_groups_ > 0) {
     const uint64_t bytes = bits_ / 8;
     const uint64_t group_bytes = positions_.size() * bytes;
     const uint64_t out_bytes = pixels_per_group_ * bytes;
-    const uint64_t whole_groups = std::min(group_end, PixelCount(*planes[0]) / pixels_per_group_);
-    // The last step may start at group `last`: its 16-byte read must lie in
-    // the input and its 16-byte writes inside this band's whole groups.
-    if (byte_count >= kShuffleBytes && whole_groups * out_bytes >= kShuffleBytes &&
-        group_end >= shuffle_groups_) {
-      const uint64_t last = std::min({(byte_count - kShuffleBytes) / group_bytes,
-                                      (whole_groups * out_bytes - kShuffleBytes) / out_bytes,
-                                      group_end - shuffle_groups_});
-      if (last >= group_begin) {
-        const uint64_t steps = (last - group_begin) / shuffle_groups_ + 1;
+    const uint64_t step_in = shuffle_groups_ * group_bytes;
+    const uint64_t read = uint64_t{shuffle_inputs_} * kShuffleBytes;
+    // Steps cover whole groups of this band that lie inside the plane, and
+    // each step's reads (which may pass its own groups) lie in the input.
+    const uint64_t whole_end = std::min(group_end, PixelCount(*planes[0]) / pixels_per_group_);
+    const uint64_t start = group_begin * group_bytes;
+    if (whole_end > group_begin && byte_count >= read && start <= byte_count - read) {
+      const uint64_t steps = std::min((whole_end - group_begin) / shuffle_groups_,
+                                      (byte_count - read - start) / step_in + 1);
+      if (steps > 0) {
         uint8_t* const dst[3] = {planes[0]->bytes() + group_begin * out_bytes,
                                  planes[1]->bytes() + group_begin * out_bytes,
                                  planes[2]->bytes() + group_begin * out_bytes};
-        RunShuffleSteps(src + group_begin * group_bytes, shuffle_groups_ * group_bytes, dst,
-                        shuffle_groups_ * out_bytes, steps, shuffle_masks_);
+        RunShuffleSteps(src + start, step_in, shuffle_inputs_, dst, steps, shuffle_masks_);
         done = group_begin + steps * shuffle_groups_;
       }
     }

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "image/interleave_shuffle.h"
 #include "image/parallel_runner.h"
 #include "image/plane.h"
 
@@ -57,10 +58,12 @@ class InterleavePlan {
   std::vector<InterleavePosition> positions_;
   uint32_t bits_ = 8;
   uint32_t pixels_per_group_ = 1;
-  // Byte-shuffle kernel: groups per 16-byte step (0 = not used) and, per
-  // plane, which input byte each output byte takes (0x80 = none).
+  // Byte-shuffle kernel: groups per step (0 = not used), the 16-byte input
+  // vectors a step reads, and per plane and vector which byte each output
+  // byte takes.
   uint32_t shuffle_groups_ = 0;
-  std::array<std::array<uint8_t, 16>, 3> shuffle_masks_{};
+  uint32_t shuffle_inputs_ = 0;
+  ShuffleMasks shuffle_masks_{};
 };
 
 }  // namespace korvanel

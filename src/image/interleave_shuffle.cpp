@@ -14,20 +14,45 @@ bool ShuffleKernelAvailable() {
   return available;
 }
 
-__attribute__((target("ssse3"))) void RunShuffleSteps(
-    const uint8_t* src, uint64_t src_step, uint8_t* const dst[3], uint64_t dst_step, uint64_t steps,
-    const std::array<std::array<uint8_t, 16>, 3>& masks) {
-  const __m128i m0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(masks[0].data()));
-  const __m128i m1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(masks[1].data()));
-  const __m128i m2 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(masks[2].data()));
-  uint8_t* d0 = dst[0];
-  uint8_t* d1 = dst[1];
-  uint8_t* d2 = dst[2];
+namespace {
+
+// The input count is a template argument, so the step loop keeps every mask
+// in a register and has no branch on it.
+template <uint32_t kInputs>
+__attribute__((target("ssse3"))) void ShuffleSteps(const uint8_t* src, uint64_t src_step,
+                                                   uint8_t* const dst[3], uint64_t steps,
+                                                   const ShuffleMasks& masks) {
+  __m128i mask[3][kInputs];
+  for (uint32_t c = 0; c < 3; ++c) {
+    for (uint32_t k = 0; k < kInputs; ++k) {
+      mask[c][k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(masks[c][k].data()));
+    }
+  }
   for (uint64_t i = 0; i < steps; ++i) {
-    const __m128i in = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i * src_step));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(d0 + i * dst_step), _mm_shuffle_epi8(in, m0));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(d1 + i * dst_step), _mm_shuffle_epi8(in, m1));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(d2 + i * dst_step), _mm_shuffle_epi8(in, m2));
+    const uint8_t* in = src + i * src_step;
+    __m128i v[kInputs];
+    for (uint32_t k = 0; k < kInputs; ++k) {
+      v[k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + k * kShuffleBytes));
+    }
+    for (uint32_t c = 0; c < 3; ++c) {
+      __m128i out = _mm_shuffle_epi8(v[0], mask[c][0]);
+      for (uint32_t k = 1; k < kInputs; ++k) {
+        out = _mm_or_si128(out, _mm_shuffle_epi8(v[k], mask[c][k]));
+      }
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst[c] + i * kShuffleBytes), out);
+    }
+  }
+}
+
+}  // namespace
+
+void RunShuffleSteps(const uint8_t* src, uint64_t src_step, uint32_t inputs, uint8_t* const dst[3],
+                     uint64_t steps, const ShuffleMasks& masks) {
+  switch (inputs) {
+    case 1: ShuffleSteps<1>(src, src_step, dst, steps, masks); break;
+    case 2: ShuffleSteps<2>(src, src_step, dst, steps, masks); break;
+    case 3: ShuffleSteps<3>(src, src_step, dst, steps, masks); break;
+    default: break;
   }
 }
 
@@ -35,8 +60,8 @@ __attribute__((target("ssse3"))) void RunShuffleSteps(
 
 bool ShuffleKernelAvailable() { return false; }
 
-void RunShuffleSteps(const uint8_t*, uint64_t, uint8_t* const[3], uint64_t, uint64_t,
-                     const std::array<std::array<uint8_t, 16>, 3>&) {}
+void RunShuffleSteps(const uint8_t*, uint64_t, uint32_t, uint8_t* const[3], uint64_t,
+                     const ShuffleMasks&) {}
 
 #endif
 

@@ -3,8 +3,6 @@
 #include "app/app_state.h"
 #include "app/configuration.h"
 #include "image/color_transform.h"
-#include "image/image_gray.h"
-#include "support/image_builders.h"
 #include "support/log_texts.h"
 #include "support/recording_feedback.h"
 #include "support/temp_dir.h"
@@ -14,8 +12,6 @@ namespace {
 
 using test::FixedStamp;
 using test::kEntryRule;
-using test::kSessionRule;
-using test::MakeImage;
 using test::ReadWholeFile;
 using test::RecordingFeedback;
 using test::StampedSessionStart;
@@ -49,17 +45,6 @@ TEST_F(AppStateConfig, MessagesAreNumberedEntriesOfTheApplicationLog) {
                 "\nEntry 3: Session end mark\n\n");
 }
 
-TEST_F(AppStateConfig, LogOffStillShowsButWritesNothing) {
-  CConfiguration config(dir.path());
-  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[developer]\nlog_app_msg=0\n")));
-  {
-    AppState app(feedback, config);
-    app.ShowMessage("text", "title");
-  }
-  EXPECT_EQ(feedback.messages, (std::vector<std::string>{"[title]: text"}));
-  EXPECT_FALSE(std::filesystem::exists(dir / "qel.log_app.txt"));
-}
-
 TEST_F(AppStateConfig, AppliesTheSettingsItKeeps) {
   CConfiguration config(dir.path());
   ASSERT_TRUE(config.Load(dir.Write(
@@ -84,32 +69,6 @@ TEST_F(AppStateConfig, AppliesTheSettingsItKeeps) {
   EXPECT_EQ(feedback.questions,
             (std::vector<std::string>{"[App exit]: Are you sure to want to exit?"}));
 }
-
-TEST_F(AppStateConfig, ComparisonLimitComesFromTheConfiguration) {
-  CConfiguration config(dir.path());
-  ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[system]\nmax_comparison_party=2\n")));
-  config.Logs().app.SetStampSource(FixedStamp);
-  AppState app(feedback, config);
-  for (const char* name : {"a", "b", "c"}) {
-    app.RegisterImage(MakeImage<CImageGray>(8, 4, 4), name, "P,Y,8", false);
-  }
-  app.BeginCollecting();
-  app.CollectForCompare(kNoIndex);
-  EXPECT_FALSE(app.CompareMode());
-  EXPECT_EQ(feedback.messages,
-            (std::vector<std::string>{
-                "[Compare images error]: Too many images to compare, reached a max of 2"}));
-  // Between the focus changes' status lines.
-  EXPECT_NE(ReadWholeFile(dir / "qel.log_app.txt")
-                .find(": Compare images error\nToo many images to compare, reached a max of 2\n\n"),
-            std::string::npos);
-}
-
-}  // namespace
-}  // namespace korvanel
-
-namespace korvanel {
-namespace {
 
 TEST_F(AppStateConfig, StatusMessagesAreLoggedUnderStatusBarExceptInConsoleMode) {
   CConfiguration config(dir.path());

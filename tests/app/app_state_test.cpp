@@ -151,74 +151,58 @@ TEST_F(AppStateTest, NewImageNeedsAnImageUnderThePointerInCompareMode) {
             "New image error: Please make sure you're in some valid image area");
 }
 
-TEST_F(AppStateTest, CollectingAllTakesImagesOfTheFocusSize) {
-  AddGray("a", 8, 4);
-  AddGray("b", 9, 4);
-  AddGray("c", 8, 4);
-  app.SetFocus(0);
-  app.BeginCollecting();
-  app.CollectForCompare(kNoIndex);
-  EXPECT_TRUE(app.CompareMode());
-  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 2}));
-}
-
-TEST_F(AppStateTest, CollectingAllOverTheLimitIsRefused) {
-  app.SetMaxComparisonParty(2);
-  for (const char* n : {"a", "b", "c"}) AddGray(n);
-  app.BeginCollecting();
-  app.CollectForCompare(kNoIndex);
-  EXPECT_FALSE(app.CompareMode());
-  EXPECT_EQ(feedback.messages.back(),
-            "[Compare images error]: Too many images to compare, reached a max of 2");
-}
-
-TEST_F(AppStateTest, CollectingAllWithOneLikeImageLeavesCompareMode) {
+// Images a (8x4), b (9x4), c (8x4), d (8x4) with a the focus; kNoIndex is
+// "collect all". Other sizes and unknown keys are skipped silently; the
+// last key again, or reaching the limit, starts comparing.
+TEST_F(AppStateTest, CollectingForCompare) {
+  struct Case {
+    const char* name;
+    int max_party;
+    std::vector<size_t> keys;
+    bool compare;
+    std::vector<size_t> group_or_collected;
+    const char* last_status;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"all of the focus size", 6, {kNoIndex}, true, {0, 2, 3}, nullptr, nullptr},
+      {"all over the limit", 2, {kNoIndex}, false, {}, nullptr,
+       "[Compare images error]: Too many images to compare, reached a max of 2"},
+      {"by key, ended by repeating the last", 6, {0, 1, 7, 2, 2}, true, {0, 2},
+       "Collecting images to compare: [1] [3] ", nullptr},
+      {"the only key repeated keeps collecting", 6, {2, 2}, false, {2}, "Collecting images to compare: [3] ",
+       nullptr},
+      {"the limit starts comparing", 2, {3, 0}, true, {3, 0}, "Collecting images to compare: [4] [1] ", nullptr},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    app.CloseAllImages();
+    feedback.messages.clear();
+    AddGray("a", 8, 4);
+    AddGray("b", 9, 4);
+    AddGray("c", 8, 4);
+    AddGray("d", 8, 4);
+    app.SetFocus(0);
+    app.SetMaxComparisonParty(c.max_party);
+    app.BeginCollecting();
+    for (const size_t key : c.keys) app.CollectForCompare(key);
+    EXPECT_EQ(app.CompareMode(), c.compare);
+    EXPECT_EQ(c.compare ? app.ComparisonGroup() : app.Collected(), c.group_or_collected);
+    if (c.last_status != nullptr) {
+      EXPECT_EQ(feedback.statuses.back(), c.last_status);
+    }
+    if (c.message != nullptr) {
+      EXPECT_EQ(feedback.messages.back(), c.message);
+    }
+  }
+  // Collecting all with no other image of the focus size ends collecting.
+  app.CloseAllImages();
   AddGray("a", 8, 4);
   AddGray("b", 9, 4);
   app.BeginCollecting();
   app.CollectForCompare(kNoIndex);
   EXPECT_FALSE(app.CompareMode());
   EXPECT_FALSE(app.Collecting());
-}
-
-TEST_F(AppStateTest, CollectingByKeySkipsOtherSizesAndEndsOnARepeatedKey) {
-  AddGray("a", 8, 4);
-  AddGray("b", 9, 4);
-  AddGray("c", 8, 4);
-  app.BeginCollecting();
-  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: ");
-  app.CollectForCompare(0);
-  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: [1] ");
-  app.CollectForCompare(1);  // other size: silently not added
-  app.CollectForCompare(7);  // no such image: ignored
-  app.CollectForCompare(2);
-  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: [1] [3] ");
-  EXPECT_FALSE(app.CompareMode());
-  app.CollectForCompare(2);  // the last key again ends collecting
-  EXPECT_TRUE(app.CompareMode());
-  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 2}));
-}
-
-TEST_F(AppStateTest, RepeatingTheOnlyCollectedKeyDoesNothing) {
-  AddGray("a");
-  AddGray("b");
-  app.BeginCollecting();
-  app.CollectForCompare(1);
-  app.CollectForCompare(1);
-  EXPECT_FALSE(app.CompareMode());
-  EXPECT_TRUE(app.Collecting());
-  EXPECT_EQ(app.Collected(), (std::vector<size_t>{1}));
-}
-
-TEST_F(AppStateTest, CollectingStartsComparingAtTheLimit) {
-  app.SetMaxComparisonParty(2);
-  for (const char* n : {"a", "b", "c"}) AddGray(n);
-  app.BeginCollecting();
-  app.CollectForCompare(2);
-  app.CollectForCompare(0);
-  EXPECT_TRUE(app.CompareMode());
-  EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{2, 0}));
-  EXPECT_EQ(feedback.statuses.back(), "Collecting images to compare: [3] [1] ");
 }
 
 TEST_F(AppStateTest, ClosingAMemberOfAPairEndsCompareAndFocusesTheSurvivor) {
@@ -352,6 +336,32 @@ TEST_F(AppStateTest, EndingCollectionLeavesARunningComparisonAlone) {
   EXPECT_TRUE(app.Collected().empty());
   EXPECT_TRUE(app.CompareMode());
   EXPECT_EQ(app.ComparisonGroup(), (std::vector<size_t>{0, 1}));
+}
+
+TEST_F(AppStateTest, OnlyThePartyKeepsItsRenditions) {
+  struct Case {
+    std::vector<size_t> compared;  // empty: the focus image alone
+    std::vector<bool> kept;
+  };
+  const Case cases[] = {
+      {{}, {false, false, false, true}},
+      {{0, 2}, {true, false, true, false}},
+  };
+  for (const Case& c : cases) {
+    app.CloseAllImages();
+    for (int i = 0; i < 4; ++i) AddGray("img" + std::to_string(i));
+    if (!c.compared.empty()) app.CompareImages(c.compared);
+    std::vector<bool> kept;
+    for (size_t i = 0; i < 4; ++i) {
+      auto& image = dynamic_cast<CImageConcreteBase&>(*app.Images().At(i).image);
+      ASSERT_NE(image.BuildDisplay(), nullptr);
+    }
+    app.ReleaseHiddenRenditions();
+    for (size_t i = 0; i < 4; ++i) {
+      kept.push_back(dynamic_cast<const CImageConcreteBase&>(*app.Images().At(i).image).HasDisplay());
+    }
+    EXPECT_EQ(kept, c.kept) << c.compared.size();
+  }
 }
 
 TEST_F(AppStateTest, ExitPromptFollowsTheCloseOption) {

@@ -1,6 +1,10 @@
 #include "app/edit_history.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <functional>
 
 #include <string>
 #include <vector>
@@ -9,6 +13,7 @@
 #include "app/configuration.h"
 #include "support/recording_feedback.h"
 #include "support/temp_dir.h"
+#include "support/time_limit.h"
 
 namespace korvanel {
 namespace {
@@ -62,7 +67,7 @@ TEST(EditHistory, RoundTripKeepsOrderUnknownTagsAndAwkwardTexts) {
   ASSERT_TRUE(history.Store(dir / "Korvanel.dat"));
 
   CEditHistory loaded;
-  ASSERT_TRUE(loaded.Load(dir / "Korvanel.dat"));
+  ASSERT_EQ(loaded.Load(dir / "Korvanel.dat"), LineReadStatus::kOk);
   EXPECT_EQ(loaded.Tags(), (Texts{"[FC_FILTER_EXPR]", "[IE_EXPR]", "[SOMEONE_ELSES_TAG]"}));
   EXPECT_EQ(loaded.Entries("[FC_FILTER_EXPR]"), (Texts{"*;200-*;*-80", "0-100,^99"}));
   EXPECT_EQ(loaded.Entries("[IE_EXPR]"), (Texts{"[LOOKS_LIKE_A_TAG]", "a\\b\nsecond line\r=[NOT_A_TAG]"}));
@@ -79,7 +84,7 @@ TEST(EditHistory, DamagedFileLoadsWhatItCan) {
   const std::string content = "=orphan before any tag\n[FC_FILTER_EXPR]\n=" + huge + "\n=good\n" + binary +
                               "\n=also good\n=good\nno equals sign\n[\n[]\n[FC_NEG_COLOR]\n=\n=16,128,128";
   CEditHistory history;
-  ASSERT_TRUE(history.Load(dir.Write("Korvanel.dat", content)));
+  ASSERT_EQ(history.Load(dir.Write("Korvanel.dat", content)), LineReadStatus::kOk);
   EXPECT_EQ(history.Tags(), (Texts{"[FC_FILTER_EXPR]", "[FC_NEG_COLOR]"}));
   EXPECT_EQ(history.Entries("[FC_FILTER_EXPR]"), (Texts{"good", "also good"}));
   EXPECT_EQ(history.Entries("[FC_NEG_COLOR]"), (Texts{"16,128,128"}));
@@ -90,16 +95,35 @@ TEST(EditHistory, LoadingMoreThanFortyKeepsTheFirstForty) {
   std::string content = "[CR_DIRECT_EXPR]\n";
   for (int i = 0; i < 50; ++i) content += "=P,Y," + std::to_string(i) + "\n";
   CEditHistory history;
-  ASSERT_TRUE(history.Load(dir.Write("Korvanel.dat", content)));
+  ASSERT_EQ(history.Load(dir.Write("Korvanel.dat", content)), LineReadStatus::kOk);
   ASSERT_EQ(history.Entries("[CR_DIRECT_EXPR]").size(), 40u);
   EXPECT_EQ(history.Entries("[CR_DIRECT_EXPR]").back(), "P,Y,39");
+}
+
+// An entry whose stored line would be cut on the next load is not kept at
+// all: a lone backslash at the end loads as itself but is stored doubled.
+TEST(EditHistory, KeepsOnlyEntriesWhoseStoredLineLoadsAgain) {
+  TempDir dir;
+  const std::string fits(kMaxEditHistoryLine - 1, 'x');
+  const std::string grows = std::string(kMaxEditHistoryLine - 2, 'x') + "\\";
+  CEditHistory history;
+  ASSERT_EQ(history.Load(dir.Write("Korvanel.dat", "[A]\n=" + fits + "\n=" + grows + "\n")), LineReadStatus::kOk);
+  EXPECT_EQ(history.Entries("[A]"), Texts{fits});
+  history.Add("[B]", fits + "\n");
+  history.Add("[B]", "a\nb");
+  EXPECT_EQ(history.Entries("[B]"), Texts{"a\nb"});
+  ASSERT_TRUE(history.Store(dir / "Korvanel.dat"));
+  CEditHistory reloaded;
+  ASSERT_EQ(reloaded.Load(dir / "Korvanel.dat"), LineReadStatus::kOk);
+  EXPECT_EQ(reloaded.Entries("[A]"), Texts{fits});
+  EXPECT_EQ(reloaded.Entries("[B]"), Texts{"a\nb"});
 }
 
 TEST(EditHistory, MissingFileOrFolderFailsWithoutTouchingAnything) {
   TempDir dir;
   CEditHistory history;
   history.Add("[FC_NEG_COLOR]", "0");
-  EXPECT_FALSE(history.Load(dir / "absent.dat"));
+  EXPECT_EQ(history.Load(dir / "absent.dat"), LineReadStatus::kMissing);
   EXPECT_TRUE(history.Tags().empty());
   history.Add("[FC_NEG_COLOR]", "0");
   EXPECT_FALSE(history.Store(dir / "no_such_folder" / "Korvanel.dat"));
@@ -135,9 +159,85 @@ TEST(EditHistory, AppStateReloadsOnlyWhenConfiguredAndStoresInTheWorkPath) {
   app.EditHistory().Add("[FC_FILTER_EXPR]", "*");
   ASSERT_TRUE(app.StoreEditHistory());
   CEditHistory stored;
-  ASSERT_TRUE(stored.Load(dir / "Korvanel.dat"));
+  ASSERT_EQ(stored.Load(dir / "Korvanel.dat"), LineReadStatus::kOk);
   EXPECT_EQ(stored.Entries("[FC_FILTER_EXPR]"), (Texts{"*", "30,45-100"}));
   EXPECT_TRUE(feedback.messages.empty());
+}
+
+// Korvanel.ini with the given reload switch.
+std::filesystem::path WriteIni(const TempDir& dir, bool reload) {
+  return dir.Write("Korvanel.ini", std::string("[system]\nreload_dialogs_edit_history=") + (reload ? "1" : "0") + "\n");
+}
+
+// What stands where the history is read but cannot be: the session neither
+// restores nor replaces it, and the app log says so once.
+TEST(EditHistory, AppStateLeavesAFileItCannotReadAsItIs) {
+  const std::string kept = "[A]\n=old\n";
+  struct Case {
+    const char* name;
+    std::function<void(const std::filesystem::path&)> make;
+    std::function<bool(const std::filesystem::path&)> unchanged;
+    const char* problem;
+  };
+  const Case cases[] = {
+      {"folder", [](const auto& p) { std::filesystem::create_directory(p); },
+       [](const auto& p) { return std::filesystem::is_directory(p); }, "is not a regular file"},
+      {"fifo", [](const auto& p) { mkfifo(p.c_str(), 0600); },
+       [](const auto& p) { return std::filesystem::is_fifo(p); }, "is not a regular file"},
+      {"link to /dev/zero", [](const auto& p) { std::filesystem::create_symlink("/dev/zero", p); },
+       [](const auto& p) { return std::filesystem::is_symlink(p); }, "is not a regular file"},
+      {"too large",
+       [&](const auto& p) {
+         std::ofstream(p, std::ios::binary) << kept;
+         std::filesystem::resize_file(p, kMaxLineReadFileSize + 1);
+       },
+       [&](const auto& p) {
+         return std::filesystem::file_size(p) == kMaxLineReadFileSize + 1 &&
+                ReadWholeFile(p).compare(0, kept.size(), kept) == 0;
+       },
+       "is larger than 16 MiB"},
+  };
+  for (const Case& c : cases) {
+    TempDir dir;
+    const std::filesystem::path file = dir / "Korvanel.dat";
+    c.make(file);
+    const int code = test::ExitCodeWithin(std::chrono::seconds(10), [&] {
+      RecordingFeedback feedback;
+      CConfiguration config(dir.path());
+      if (!config.Load(WriteIni(dir, true))) return 1;
+      AppState app(feedback, config);
+      if (!app.EditHistory().Tags().empty()) return 2;
+      app.EditHistory().Add("[A]", "new");
+      return app.StoreEditHistory() || app.StoreEditHistory() ? 3 : 0;
+    });
+    EXPECT_EQ(code, 0) << c.name;
+    EXPECT_TRUE(c.unchanged(file)) << c.name;
+    const std::string log = ReadWholeFile(dir / "qel.log_app.txt");
+    const std::string line = file.string() + " " + c.problem +
+                             "; the dialog histories are not restored and the file is left as it is\n";
+    const size_t first = log.find(line);
+    EXPECT_NE(first, std::string::npos) << c.name << "\n" << log;
+    EXPECT_EQ(log.find(line, first + 1), std::string::npos) << c.name << "\n" << log;
+  }
+}
+
+// Off, the switch only keeps the dialogs from showing the old entries: the
+// file keeps them, under what this session adds.
+TEST(EditHistory, AppStateWithReloadOffKeepsTheFilesEntries) {
+  TempDir dir;
+  RecordingFeedback feedback;
+  dir.Write("Korvanel.dat", "[A]\n=old\n=older\n[B]\n=b\n");
+  CConfiguration config(dir.path());
+  ASSERT_TRUE(config.Load(WriteIni(dir, false)));
+  AppState app(feedback, config);
+  EXPECT_TRUE(app.EditHistory().Tags().empty());
+  app.EditHistory().Add("[A]", "older");
+  app.EditHistory().Add("[A]", "new");
+  ASSERT_TRUE(app.StoreEditHistory());
+  CEditHistory stored;
+  ASSERT_EQ(stored.Load(dir / "Korvanel.dat"), LineReadStatus::kOk);
+  EXPECT_EQ(stored.Entries("[A]"), (Texts{"new", "older", "old"}));
+  EXPECT_EQ(stored.Entries("[B]"), (Texts{"b"}));
 }
 
 TEST(EditHistory, AppStateWithoutConfigurationStoresNothing) {

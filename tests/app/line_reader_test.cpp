@@ -1,10 +1,12 @@
 #include "app/line_reader.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "app/crc32.h"
 #include "image/text_util.h"
 #include "support/temp_dir.h"
+#include "support/time_limit.h"
 
 namespace korvanel {
 namespace {
@@ -51,11 +53,35 @@ INSTANTIATE_TEST_SUITE_P(
                       SplitCase{
                           "nul_byte", std::string_view("a\0b\n", 4), {std::string("a\0b", 3)}}));
 
-TEST(LineReader, MissingFileCannotBeOpened) {
+// Things that stand where a settings file is expected but are none: each is
+// refused at once, never read until it ends (a pipe blocks, /dev/zero never
+// ends). Read in a child process so that a regression fails, not hangs.
+TEST(LineReader, RefusesWhatIsNoRegularFileOrTooLarge) {
   TempDir dir;
-  const LineReadResult result = ReadTextLines(dir / "absent.txt", {});
-  EXPECT_EQ(result.status, LineReadStatus::kCannotOpen);
-  EXPECT_TRUE(result.lines.empty());
+  struct Case {
+    const char* name;
+    std::filesystem::path path;
+    LineReadStatus status;
+  };
+  mkfifo((dir / "fifo").c_str(), 0600);
+  std::filesystem::create_symlink("/dev/zero", dir / "zero");
+  std::filesystem::create_directory(dir / "folder");
+  const std::filesystem::path large = dir.Write("large", "[gui]\n");
+  std::filesystem::resize_file(large, kMaxLineReadFileSize + 1);
+  const Case cases[] = {
+      {"missing", dir / "absent", LineReadStatus::kMissing},
+      {"fifo", dir / "fifo", LineReadStatus::kNotRegularFile},
+      {"link to /dev/zero", dir / "zero", LineReadStatus::kNotRegularFile},
+      {"folder", dir / "folder", LineReadStatus::kNotRegularFile},
+      {"larger than the cap", large, LineReadStatus::kTooLarge},
+  };
+  for (const Case& c : cases) {
+    const int code = test::ExitCodeWithin(std::chrono::seconds(10), [&] {
+      const LineReadResult result = ReadTextLines(c.path, {});
+      return result.lines.empty() ? static_cast<int>(result.status) : 100;
+    });
+    EXPECT_EQ(code, static_cast<int>(c.status)) << c.name;
+  }
 }
 
 TEST(LineReader, CutsOverlongLinesAndNamesThem) {

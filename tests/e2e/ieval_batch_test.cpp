@@ -110,23 +110,5 @@ TEST_F(IEvalBatch, SavedExpressionsAreExpandedFromTheConfiguredList) {
             "I-Eval: Aborted after N ms\n");
 }
 
-// The first failing pixel is the same with or without worker threads.
-TEST_F(IEvalBatch, RunTimeErrorsAreTheSameOnAnyNumberOfWorkers) {
-  std::string expected;
-  for (const char* threads : {"-1", "1", "2", "4"}) {
-    test::ProgramRunner configured(dir, "[system]\nwork_path = " + dir.path().string() +
-                                            "\nmax_process_threads = " + threads + "\n");
-    const ProgramRun run = configured.Run({"p_4x2.grey", "-q", "-e", "ieval_expr", "{100/(x+y-3)}"});
-    EXPECT_EQ(run.status, 255) << threads;
-    EXPECT_EQ(WithoutTimes(run.output),
-              "Loading image p_4x2.grey...\n"
-              "[I-Eval run-time error]: Error(s) in I-Eval #1:\n"
-              "Eval single channel output run-time error at (3,0)\n"
-              "Divide by zero: right of 100 is zero\n"
-              "I-Eval: Aborted after N ms\n")
-        << threads << " threads";
-  }
-}
-
 }  // namespace
 }  // namespace korvanel

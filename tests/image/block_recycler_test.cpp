@@ -125,6 +125,10 @@ TEST(BlockRecycler, LimitsEvictTheOldestBlocksFirst) {
       {"nothing parked", {0, 64 * kMiB}, {2, 4}, {false, false}},
       {"more than the table holds", {20, 64 * kMiB}, {2, 2, 2, 2, 2, 2, 2, 2, 2},
        {false, true, true, true, true, true, true, true, true}},
+      // Closing many images of one size keeps one image's planes of it.
+      {"per size", {8, 64 * kMiB, 3}, {2, 2, 4, 2, 2, 2}, {false, false, true, true, true, true}},
+      {"per size, then byte cap", {8, 8 * kMiB, 2}, {4, 2, 4, 4}, {false, false, true, true}},
+      {"per size zero", {8, 64 * kMiB, 0}, {2, 4}, {false, false}},
   };
   for (const LimitCase& c : cases) {
     SCOPED_TRACE(c.name);

@@ -107,22 +107,7 @@ TEST(SplitRegionTest, CutsRowsOrColumnsWithTheRemainderLast) {
   }
 }
 
-TEST(SplitRegionTest, SplitRowsCutsRowsEvenWhenTheRectIsWide) {
-  const SplitCase cases[] = {
-      {"wide 10x7 on 3: rows 2,2,3", {0, 0, 9, 6}, 3, {{0, 0, 9, 1}, {0, 2, 9, 3}, {0, 4, 9, 6}}},
-      {"offset wide rect on 2", {5, 8, 100, 10}, 2, {{5, 8, 100, 8}, {5, 9, 100, 10}}},
-      {"more jobs than rows", {0, 0, 50, 1}, 3, {kEmptyBand, kEmptyBand, {0, 0, 50, 1}}},
-  };
-  for (const SplitCase& c : cases) {
-    std::vector<ScriptedJob> jobs(c.count);
-    const auto pointers = Pointers(jobs);
-    SplitRows(pointers.data(), c.count, c.rect);
-    for (uint32_t i = 0; i < c.count; ++i) {
-      EXPECT_EQ(jobs[i].Band(), c.bands[i]) << c.name << ", job " << i;
-    }
-  }
-}
-
+// SplitRows is checked through JobRunner::RunBands below.
 TEST(SplitRegionTest, EmptyBandsHaveNoRowsAndNoColumns) {
   EXPECT_TRUE(IsEmptyBand(kEmptyBand));
   EXPECT_FALSE(IsEmptyBand(Rect{0, 0, 0, 0}));
@@ -168,6 +153,14 @@ TEST(WorkerPoolTest, EveryAttachedJobRunsOnceOnItsOwnWorker) {
 
 TEST(WorkerPoolTest, JobsBeyondTheWorkersGetNoFlagAndDoNotRun) {
   WorkerPool pool(2);
+  {
+    // Fewer jobs than workers start only the threads they need.
+    JobRunner runner(&pool);
+    std::vector<ScriptedJob> one(1);
+    runner.SetJobs(Pointers(one));
+    EXPECT_TRUE(runner.RunJobs());
+    EXPECT_EQ(pool.StartedThreads(), 1u);
+  }
   JobRunner runner(&pool);
   std::vector<ScriptedJob> jobs(3);
   runner.SetJobs(Pointers(jobs));
@@ -191,15 +184,6 @@ TEST(WorkerPoolTest, RepeatedRunsReuseTheSameThreads) {
     EXPECT_EQ(pool.StartedThreads(), 3u);
   }
   EXPECT_EQ(seen.size(), 3u);
-}
-
-TEST(WorkerPoolTest, FewerJobsStartOnlyTheWorkersTheyNeed) {
-  WorkerPool pool(4);
-  JobRunner runner(&pool);
-  std::vector<ScriptedJob> jobs(2);
-  runner.SetJobs(Pointers(jobs));
-  EXPECT_TRUE(runner.RunJobs());
-  EXPECT_EQ(pool.StartedThreads(), 2u);
 }
 
 TEST(WorkerPoolTest, AFailingJobAbortsTheRunAndCancelsTheOthers) {

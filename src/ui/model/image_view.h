@@ -26,13 +26,6 @@ struct RulerSettings {
   friend bool operator==(const RulerSettings&, const RulerSettings&) = default;
 };
 
-struct TabState {
-  bool hovered = false;
-  bool close_hovered = false;
-  bool ctrl_remove = false;  // the close box shows "O": remove from the party
-  friend bool operator==(const TabState&, const TabState&) = default;
-};
-
 struct ImageView {
   uint64_t serial = 0;
   ImageSize size;
@@ -42,20 +35,17 @@ struct ImageView {
   ScreenPoint offset;  // non-positive; ZF 1 and above only
   bool grid_requested = false;
   bool grid_visible = false;
-  double grid_threshold = kGridThreshold;
   bool values = false;
   bool hex = false;
   RulerSettings ruler;
   RulerType ruler_type = RulerType::Indent;
   uint32_t ruler_color_index = 0;
-  TabState tab;
-  bool histogram_visible = false;
   std::vector<MarkedPixel> marks;  // find hits, until cleared
 
   // Sets the ZF and what follows from it alone (the grid's visibility).
   void SetZoom(double new_zf) {
     zf = new_zf;
-    grid_visible = grid_requested && zf >= grid_threshold;
+    grid_visible = grid_requested && zf >= kGridThreshold;
   }
 };
 

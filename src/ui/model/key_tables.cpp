@@ -20,6 +20,7 @@ bool KeyAllowedWithoutImage(Key key) {
 }
 
 Command CommandForKey(const KeyInput& input, bool has_images, bool help_visible) {
+  if (const Command window = FindKey(kWindowKeyBindings, input); window != Command::None) return window;
   if (!KeyInViewRange(input.key)) return Command::None;
   if (!has_images && !KeyAllowedWithoutImage(input.key)) return Command::None;
   if (help_visible) {

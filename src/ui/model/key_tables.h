@@ -21,6 +21,7 @@ enum class ModMatch : uint8_t {
   Shift,    // Shift without Ctrl
   Ctrl,     // Ctrl, Shift or not
   NoShift,  // anything but Shift
+  Alt,      // Alt without Ctrl, Shift or not
 };
 
 constexpr bool ModifiersMatch(ModMatch match, const Modifiers& mods) {
@@ -30,6 +31,7 @@ constexpr bool ModifiersMatch(ModMatch match, const Modifiers& mods) {
     case ModMatch::Shift: return mods.shift && !mods.ctrl;
     case ModMatch::Ctrl: return mods.ctrl;
     case ModMatch::NoShift: return !mods.shift;
+    case ModMatch::Alt: return mods.alt && !mods.ctrl;
   }
   return false;
 }
@@ -78,6 +80,12 @@ inline constexpr KeyBinding kKeyBindings[] = {
     {Key::Minus, ModMatch::Any, Command::ClearMarksContext},
 };
 
+// The window's keys: they work outside the image area's key range, with or
+// without images and help.
+inline constexpr KeyBinding kWindowKeyBindings[] = {
+    {Key::Slash, ModMatch::Alt, Command::About},  // Alt+/ and Alt+?
+};
+
 // While the help overlay is visible these keys page it instead.
 inline constexpr KeyBinding kHelpKeyBindings[] = {
     {Key::Home, ModMatch::Any, Command::HelpFirstPage},
@@ -97,8 +105,9 @@ inline constexpr Key kNoImageKeys[] = {
 
 bool KeyAllowedWithoutImage(Key key);
 
-// The command of a key-down, or Command::None. Applies the range rule, the
-// no-image filter and, while help is shown, the help rows first.
+// The command of a key-down, or Command::None. The window's keys first;
+// then the range rule, the no-image filter and, while help is shown, the
+// help rows first.
 Command CommandForKey(const KeyInput& input, bool has_images, bool help_visible);
 
 struct CharBinding {

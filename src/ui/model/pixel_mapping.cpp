@@ -8,12 +8,6 @@ namespace korvanel {
 
 namespace {
 
-// Below ZF 1: the pixel whose share of the picture holds `offset`.
-int64_t Proportional(int64_t offset, int64_t picture_extent, uint32_t image_extent) {
-  const double at = static_cast<double>(offset) / static_cast<double>(picture_extent) * image_extent;
-  return std::clamp<int64_t>(std::llround(at), 0, int64_t{image_extent} - 1);
-}
-
 // Below ZF 1: where pixel `index` starts on the screen.
 int32_t ScaledStart(int64_t index, int32_t picture_start, int64_t picture_extent,
                     uint32_t image_extent) {
@@ -22,14 +16,19 @@ int32_t ScaledStart(int64_t index, int32_t picture_start, int64_t picture_extent
 
 }  // namespace
 
+int64_t ProportionalPixel(int64_t offset, int64_t picture_extent, uint32_t image_extent) {
+  const double at = static_cast<double>(offset) / static_cast<double>(picture_extent) * image_extent;
+  return std::clamp<int64_t>(std::llround(at), 0, int64_t{image_extent} - 1);
+}
+
 std::optional<PixelPoint> ScreenToPixel(const ImageView& view, ScreenPoint p) {
   if (view.picture.Empty() || view.size.width == 0 || view.size.height == 0 ||
       !view.picture.Contains(p)) {
     return std::nullopt;
   }
   if (!Replicates(view.zf)) {
-    return PixelPoint{Proportional(p.x - view.picture.left, view.picture.Width(), view.size.width),
-                      Proportional(p.y - view.picture.top, view.picture.Height(), view.size.height)};
+    return PixelPoint{ProportionalPixel(p.x - view.picture.left, view.picture.Width(), view.size.width),
+                      ProportionalPixel(p.y - view.picture.top, view.picture.Height(), view.size.height)};
   }
   const int64_t k = RoundedZoom(view.zf);
   const PixelPoint pixel{(int64_t{p.x} - view.picture.left - view.offset.x) / k,

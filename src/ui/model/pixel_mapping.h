@@ -13,6 +13,12 @@
 
 namespace korvanel {
 
+// Below ZF 1: the pixel whose share of a picture `picture_extent` screen
+// pixels long holds screen offset `offset` from its start, rounded to the
+// nearest and kept within the image. The readout and the rulers both map
+// through it, so they name the same pixel.
+int64_t ProportionalPixel(int64_t offset, int64_t picture_extent, uint32_t image_extent);
+
 // The image pixel under `p`, or nothing when `p` is outside the picture.
 std::optional<PixelPoint> ScreenToPixel(const ImageView& view, ScreenPoint p);
 

@@ -6,7 +6,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "image/image_concrete_base.h"
+#include "image/image_container.h"
+#include "image/plane.h"
 #include "image/sample_type.h"
 #include "image/text_util.h"
 
@@ -95,7 +96,7 @@ std::string PixelValueText(const PixelValue& v, bool hex) {
                    v.components[2]);
 }
 
-std::optional<PixelPoint> FindPixelValue(const CImageConcreteBase& image, const Rect& area,
+std::optional<PixelPoint> FindPixelValue(const IImageContainer& image, const Rect& area,
                                          const PixelValue& value, std::optional<PixelPoint> from,
                                          SearchDirection direction) {
   const std::vector<Plane>& planes = image.ShownPlanes();

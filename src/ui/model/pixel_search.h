@@ -19,7 +19,7 @@
 
 namespace korvanel {
 
-class CImageConcreteBase;
+class IImageContainer;
 
 struct PixelValue {
   std::array<uint32_t, 3> components{};
@@ -45,7 +45,7 @@ enum class SearchDirection : uint8_t { Forward, Backward };
 
 // The first pixel of `area` holding `value` in `direction`, starting just
 // after (or before) `from`, or at the area's first (last) pixel without it.
-std::optional<PixelPoint> FindPixelValue(const CImageConcreteBase& image, const Rect& area,
+std::optional<PixelPoint> FindPixelValue(const IImageContainer& image, const Rect& area,
                                          const PixelValue& value, std::optional<PixelPoint> from,
                                          SearchDirection direction);
 

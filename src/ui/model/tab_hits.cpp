@@ -5,8 +5,8 @@
 
 namespace korvanel {
 
-TabHit HitTab(std::span<const PanelPlan> panels, ScreenPoint p, bool ctrl, size_t party_size) {
-  for (const PanelPlan& panel : panels) {
+TabHit HitTab(std::span<const PanelHit> panels, ScreenPoint p, bool ctrl, size_t party_size) {
+  for (const PanelHit& panel : panels) {
     if (!panel.tab.rect.Contains(p)) continue;
     if (!panel.tab.close_box.Contains(p)) return {TabAction::Focus, panel.image_index};
     const bool remove = ctrl && party_size > 2;
@@ -27,7 +27,7 @@ bool ApplyTabHit(AppState& app, const TabHit& hit) {
   return false;
 }
 
-std::optional<size_t> LayerNumberAt(const TabPlan& tab, ScreenPoint p,
+std::optional<size_t> LayerNumberAt(const TabArea& tab, ScreenPoint p,
                                     const std::vector<uint32_t>& hk_ids,
                                     const ITextMetrics& metrics) {
   if (!tab.rect.Contains(p) || tab.close_box.Contains(p)) return std::nullopt;

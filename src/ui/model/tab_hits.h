@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/model/frame_plan.h"
+#include "ui/model/hit_map.h"
 #include "ui/model/geometry.h"
 
 namespace korvanel {
@@ -34,14 +34,14 @@ struct TabHit {
 // The first drawn tab under `p` and what a left click there does. `ctrl`
 // is the modifier held at the click; `party_size` the number of compared
 // images (0 outside compare mode).
-TabHit HitTab(std::span<const PanelPlan> panels, ScreenPoint p, bool ctrl, size_t party_size);
+TabHit HitTab(std::span<const PanelHit> panels, ScreenPoint p, bool ctrl, size_t party_size);
 // Carries the click out on the state; false for no action.
 bool ApplyTabHit(AppState& app, const TabHit& hit);
 
 // The party position whose HK number in a layer-mode tab caption lies under
 // `p`. `hk_ids` are the party's HK ids left to right, as the caption lists
 // them, each followed by a blank.
-std::optional<size_t> LayerNumberAt(const TabPlan& tab, ScreenPoint p,
+std::optional<size_t> LayerNumberAt(const TabArea& tab, ScreenPoint p,
                                     const std::vector<uint32_t>& hk_ids,
                                     const ITextMetrics& metrics);
 

@@ -28,6 +28,11 @@ class IViewerHost {
   virtual void Invalidate(bool base_dirty, std::span<const ScreenRect> damage) = 0;
   virtual void SetScrollBars(const ScrollBarState& h, const ScrollBarState& v) = 0;
   virtual void ShowStatus(const StatusFields& fields) = 0;
+  // The status bar in its own units (logical pixels): its width, and the
+  // width of `text` in its font. The status parts are measured in these,
+  // never in the image area's device pixels.
+  virtual int32_t StatusBarWidth() const = 0;
+  virtual int32_t StatusTextWidth(std::string_view text) const = 0;
   virtual void StartTimer(TimerId id, uint32_t period_ms) = 0;
   virtual void StopTimer(TimerId id) = 0;
   virtual void SetCursorShape(CursorShape shape) = 0;

@@ -34,14 +34,4 @@ ViewerSettings ViewerSettings::FromConfig(const ConfigValues& values) {
   return settings;
 }
 
-ImageView* ViewerState::FindView(uint64_t serial) {
-  const auto it = std::ranges::find(views, serial, &ImageView::serial);
-  return it == views.end() ? nullptr : &*it;
-}
-
-const ImageView* ViewerState::FindView(uint64_t serial) const {
-  const auto it = std::ranges::find(views, serial, &ImageView::serial);
-  return it == views.end() ? nullptr : &*it;
-}
-
 }  // namespace korvanel

@@ -1,12 +1,9 @@
 #pragma once
 
-// The viewer's application-wide state: the shared ZF and its text, the view
-// toggles, the dirty flags, the last image area, the status bar,
-// and the views of the open images.
+// The start-up settings of the viewer and the state its parts share.
 
 #include <cstdint>
-#include <map>
-#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,8 +11,6 @@
 #include "ui/model/geometry.h"
 #include "ui/model/histogram_overlay.h"
 #include "ui/model/image_view.h"
-#include "ui/model/pixel_inspection.h"
-#include "ui/model/status_bar.h"
 #include "ui/model/update_check.h"
 #include "ui/model/view_flags.h"
 
@@ -38,31 +33,27 @@ struct ViewerSettings {
   static ViewerSettings FromConfig(const ConfigValues& values);
 };
 
+// What the window shows beyond the images' views: the view toggles, the
+// help overlay, the image area, the update check's outcome, and whether the
+// base layer must be composed again.
 struct ViewerState {
-  double zf = 0;
-  std::string zoom_text;
   ViewFlags flags;
   bool help_visible = false;
   uint32_t help_page = 0;
-  bool view_dirty = true;
-  bool layout_dirty = true;
+  std::vector<std::string> help_pages;  // 0..10
+  bool base_dirty = true;
   ScreenSize client;
-  int32_t status_height = 0;
-  ScreenRect area;       // the image area: client less status bar
-  ScreenRect last_area;  // the area of the last layout
-  StatusFields status;
-  StatusMessage message;
-  ScreenPoint cursor{-1, -1};
-  std::vector<ImageView> views;
-  PixelInspection inspect;
+  ScreenRect area;  // the image area
   UpdateState update;
-  bool value_comma = false;  // A: numbers grouped by thousands
-  HistogramStyle histogram;
-  std::map<uint64_t, HistogramOverlayState> histograms;  // by image serial, while shown
-  std::vector<std::string> help_pages;                   // 0..10
+};
 
-  ImageView* FindView(uint64_t serial);
-  const ImageView* FindView(uint64_t serial) const;
+// What the current event leaves for the one refresh at its end.
+struct RefreshNeeds {
+  bool repaint = false;               // the whole area
+  std::vector<ScreenRect> damage;     // else only these rectangles
+  bool menus = false;
+
+  void Damage(std::span<const ScreenRect> rects) { damage.insert(damage.end(), rects.begin(), rects.end()); }
 };
 
 }  // namespace korvanel

@@ -70,7 +70,7 @@ void CCanvas::PaintLastFrame(qreal dpr) {
 
 void CCanvas::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  if (controller_ != nullptr) controller_->OnResize(DeviceSize(), 0);
+  if (controller_ != nullptr) controller_->OnResize(DeviceSize());
 }
 
 void CCanvas::keyPressEvent(QKeyEvent* event) {
@@ -78,6 +78,13 @@ void CCanvas::keyPressEvent(QKeyEvent* event) {
   const MappedKey mapped = MapKeyEvent(*event);
   if (mapped.input.key != Key::Unknown) controller_->OnKey(mapped.input);
   if (mapped.typed) controller_->OnChar(*mapped.typed, mapped.input.mods);
+}
+
+// Releases matter for Ctrl alone: the close boxes it turned into "O" turn back.
+void CCanvas::keyReleaseEvent(QKeyEvent* event) {
+  if (controller_ == nullptr || event->isAutoRepeat()) return;
+  const MappedKey mapped = MapKeyEvent(*event);
+  if (mapped.input.key != Key::Unknown) controller_->OnKeyUp(mapped.input);
 }
 
 void CCanvas::mouseMoveEvent(QMouseEvent* event) {

@@ -2,8 +2,9 @@
 
 // Executes the viewer model's FramePlan. The base layer (pictures, grid dots,
 // pixel values, highlight rings, rulers) is rebuilt into a device-pixel
-// QImage only when the view is dirty; the overlay (tabs, the no-image texts)
-// is cheap and drawn over the blitted base on every paint.
+// QImage only when the view is dirty; the overlay (tabs, ROI frames, tracking
+// lines, markers, histograms, help, the no-image texts) is cheap and drawn
+// over the blitted base on every paint.
 
 #include <QColor>
 #include <QImage>
@@ -33,8 +34,8 @@ class CFrameRenderer {
   // area's top-left) and is reallocated when its size differs; its device
   // pixel ratio is reset to 1: set it only to blit.
   void ComposeBase(const FramePlan& plan, QImage& base);
-  // Draws the cheap overlay (tabs, no-image texts; later: markers, ROI frames
-  // ...) in the plan's coordinates, over the base blitted at the area's place.
+  // Draws the cheap overlay in the plan's coordinates, over the base blitted
+  // at the area's place.
   void DrawOverlay(const FramePlan& plan, QPainter& painter);
 
  private:

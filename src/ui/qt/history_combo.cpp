@@ -3,6 +3,7 @@
 #include <QLineEdit>
 
 #include "app/edit_history.h"
+#include "ui/qt/text_field.h"
 
 namespace korvanel {
 
@@ -13,6 +14,7 @@ CHistoryCombo::CHistoryCombo(const CEditHistory& history, std::string tag, QWidg
   // Long expressions must stay readable and must not widen the dialog.
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(32);
+  BoundLineEdit(lineEdit());
   for (const std::string& entry : history.Entries(tag_)) addItem(QString::fromStdString(entry));
 }
 

@@ -14,6 +14,7 @@
 #include "ui/model/image_eval_manager.h"
 #include "ui/qt/dialog_support.h"
 #include "ui/qt/history_combo.h"
+#include "ui/qt/text_field.h"
 
 namespace korvanel {
 
@@ -58,7 +59,7 @@ QPushButton* Button(const char* text, const char* name, QWidget* parent) {
 CImageEvalDialog::CImageEvalDialog(AppState& app, CImageEvalManager& manager, QWidget* parent)
     : QDialog(parent), app_(app), manager_(manager) {
   setWindowTitle("Image Evaluator");
-  editor_ = new QPlainTextEdit(QString::fromStdString(manager.expression), this);
+  editor_ = new CTextEditor(QString::fromStdString(manager.expression), this);
   editor_->setObjectName("expression");
   expand_toggle_ = Button("Show expanded", "expand_toggle", this);
   out_of_range_ = new CHistoryCombo(app.EditHistory(), kIEvalOutOfRangeTag, this);

@@ -46,6 +46,7 @@ constexpr KeyRow kKeyRows[] = {
     {Qt::Key_Period, Pad::Main, Key::Period},
     {Qt::Key_Slash, Pad::Keypad, Key::KeypadDivide},
     {Qt::Key_Slash, Pad::Main, Key::Slash},
+    {Qt::Key_Question, Pad::Main, Key::Slash, true},         // X11 Shift+/
     {Qt::Key_Equal, Pad::Main, Key::Equal},
     {Qt::Key_Comma, Pad::Main, Key::Comma},
     {Qt::Key_Semicolon, Pad::Main, Key::Semicolon},

@@ -18,7 +18,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QShortcut>
+#include <QScreen>
 #include <QStatusBar>
 #include <QSysInfo>
 #include <QTimer>
@@ -42,6 +42,8 @@
 
 namespace korvanel {
 namespace {
+
+constexpr QSize kFirstWindowSize(1024, 768);
 
 // The canvas handles its own events: the scroll area would otherwise take
 // the wheel and paint itself.
@@ -99,16 +101,15 @@ CMainWindow::CMainWindow(AppState& app, const ConfigValues& config)
   BuildScrollArea();
   BuildTimers();
   BuildUpdateChecker(config);
-  for (const QKeySequence& keys : {QKeySequence(Qt::ALT | Qt::Key_Slash), QKeySequence(Qt::ALT | Qt::Key_Question)}) {
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, &CMainWindow::ShowAbout);
-  }
   controller_ = std::make_unique<CViewerController>(app_, *this, ViewerSettings::FromConfig(config));
   // Pixel values show only where the value font really fits a block.
   controller_->SetTextMetrics(&renderer_->TextMetrics());
   feedback_.BindOpenRaw(app_, controller_->Dialogs().open_raw);
   canvas_->SetController(controller_.get());
   canvas_->setFocus();
-  resize(1024, 768);
+  // The first size stays within the screen's free area: under a scale
+  // factor 1024 x 768 logical pixels can be larger than the screen.
+  resize(kFirstWindowSize.boundedTo(screen()->availableGeometry().size()));
   controller_->CheckUpdatesAtStart();
 }
 
@@ -243,6 +244,12 @@ void CMainWindow::SetScrollBars(const ScrollBarState& h, const ScrollBarState& v
 
 void CMainWindow::ShowStatus(const StatusFields& fields) {
   for (size_t i = 0; i < kStatusPartCount; ++i) status_parts_[i]->setText(ToQString(fields.parts[i]));
+}
+
+int32_t CMainWindow::StatusBarWidth() const { return width(); }
+
+int32_t CMainWindow::StatusTextWidth(std::string_view text) const {
+  return status_parts_[kStatusReadoutPart]->fontMetrics().horizontalAdvance(ToQString(text));
 }
 
 void CMainWindow::StartTimer(TimerId id, uint32_t period_ms) { timers_.at(id)->start(static_cast<int>(period_ms)); }

@@ -50,6 +50,8 @@ class CMainWindow final : public QMainWindow, public IViewerHost, private IFeedb
   void Invalidate(bool base_dirty, std::span<const ScreenRect> damage) override;
   void SetScrollBars(const ScrollBarState& h, const ScrollBarState& v) override;
   void ShowStatus(const StatusFields& fields) override;
+  int32_t StatusBarWidth() const override;
+  int32_t StatusTextWidth(std::string_view text) const override;
   void StartTimer(TimerId id, uint32_t period_ms) override;
   void StopTimer(TimerId id) override;
   void SetCursorShape(CursorShape shape) override;

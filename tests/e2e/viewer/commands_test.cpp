@@ -1,6 +1,6 @@
 // Commands of the real window that leave something outside it: the save
 // phase and the PNG export write files beside the image, Ctrl+C fills the
-// X clipboard, and the diff-type texts reach the application log.
+// X clipboard, and Ctrl+D's diff-type text reaches the application log.
 #include <gtest/gtest.h>
 
 #include <QByteArray>
@@ -44,13 +44,6 @@ TEST_F(ViewerCommandsE2e, SavePhaseAndPngExportWriteBesideTheImage) {
   ASSERT_TRUE(session.Keys(window, {"s", "b", "1"}));
   ASSERT_TRUE(WaitForFile("depth.40x30.y16", source.size())) << session.Output();
   EXPECT_EQ(session.ReadFile("depth.40x30.y16"), source);
-  // t1: one text line per pixel after the header.
-  ASSERT_TRUE(session.Keys(window, {"s", "t", "1"}));
-  ASSERT_TRUE(WaitFor([&] { return session.ReadFile("depth.40x30.txt").size() >= 80; }, kExitLimit));
-  const unsigned first = static_cast<unsigned char>(source[0]) | static_cast<unsigned char>(source[1]) << 8;
-  const std::string head = "Image Y8: <0,0> .. <39,29> : 40x30 (1200 pixels)\n\nofs: 00000000 <0,0> = " +
-                           std::to_string(first) + "\nofs: 00000001 <1,0> = ";
-  EXPECT_EQ(session.ReadFile("depth.40x30.txt").substr(0, head.size()), head);
 
   ASSERT_TRUE(session.Keys(window, {"shift+s"}));
   QImage png;
@@ -77,25 +70,16 @@ TEST_F(ViewerCommandsE2e, CtrlCPutsThePngOfTheRoiOnTheClipboard) {
   Exit();
 }
 
-TEST_F(ViewerCommandsE2e, DiffTypeTextsReachTheApplicationLog) {
+// The texts and their order are the model's; here Ctrl+D only has to reach it.
+TEST_F(ViewerCommandsE2e, CtrlDShowsTheNextDiffTypeInTheLog) {
   StartWith({"depth.y16"});
-  ASSERT_TRUE(session.Keys(window, {"ctrl+d", "ctrl+d"}));
-  const std::string texts[] = {
-      "Diff type: All pixels are included with binary comparison (equal or not)",
-      "Diff type: Only masked-in pixels are included with binary comparison (equal or not)",
-      "Diff type: All pixels are included with abs difference (up to 255 difference levels)",
-  };
-  const auto logged = [&] {
-    const std::string log = session.ReadFile("qel.log_app.txt");
-    for (const std::string& text : texts) {
-      if (log.find(text) == std::string::npos) return false;
-    }
-    return true;
-  };
-  const bool all = WaitFor(logged, kExitLimit);
+  ASSERT_TRUE(session.Keys(window, {"ctrl+d"}));
+  const std::string text = "Diff type: Only masked-in pixels are included with binary comparison (equal or not)";
+  const bool logged =
+      WaitFor([&] { return session.ReadFile("qel.log_app.txt").find(text) != std::string::npos; }, kExitLimit);
   const std::string log = session.ReadFile("qel.log_app.txt");
   Exit();
-  EXPECT_TRUE(all) << log;
+  EXPECT_TRUE(logged) << log;
 }
 
 }  // namespace

@@ -3,22 +3,12 @@
 // and lands in the edit history file.
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "e2e/viewer/viewer_session.h"
 
 namespace korvanel::test {
 namespace {
 
-const std::string kExamples = KORVANEL_EXAMPLES_DIR;
-
-TEST(ViewerFilterDialog, TypedFilterIsRefusedThenAppliedAndRemembered) {
-  ViewerSession session;
-  session.CopyIn({kExamples + "/Korvanel.fmt", kExamples + "/gradient_64x48.nv12"});
-  ASSERT_TRUE(session.Start({"gradient_64x48.nv12"}));
-  const std::string window = session.FindWindow();
-  ASSERT_FALSE(window.empty()) << session.Output();
-
+TEST_F(ViewerGradient, TypedFilterIsRefusedThenAppliedAndRemembered) {
   ASSERT_TRUE(session.Keys(window, {"f"}));
   const std::string dialog = session.FindWindow("^Filter Colors$");
   ASSERT_FALSE(dialog.empty()) << session.Output();
@@ -35,8 +25,7 @@ TEST(ViewerFilterDialog, TypedFilterIsRefusedThenAppliedAndRemembered) {
       kExitLimit))
       << session.ReadFile("Korvanel.dat");
 
-  ASSERT_TRUE(session.Keys(window, {"alt+f", "x"}));
-  EXPECT_EQ(session.WaitExit(), std::optional<int>(0)) << session.Output();
+  Exit();
   const std::string log = session.ReadFile("qel.log_app.txt");
   EXPECT_NE(log.find("Colors parse error\nPlease fix comp 1 token 1"), std::string::npos) << log;
   EXPECT_NE(log.find("Filter: Applied in "), std::string::npos) << log;

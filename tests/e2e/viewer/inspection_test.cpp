@@ -2,47 +2,23 @@
 // the X clipboard, and a typed jump marks its target with a white ring.
 #include <gtest/gtest.h>
 
-#include <QPoint>
 #include <array>
-#include <optional>
 #include <string>
 
-#include "app/app_state.h"
 #include "e2e/viewer/viewer_session.h"
-#include "image/display_rendition.h"
 #include "image/image_container.h"
-#include "support/recording_feedback.h"
 
 namespace korvanel::test {
 namespace {
 
-const std::string kExamples = KORVANEL_EXAMPLES_DIR;
-
-TEST(ViewerInspection, PCopiesThePixelAndAJumpMarksItsTarget) {
-  RecordingFeedback feedback;
-  AppState reference(feedback);
-  ASSERT_TRUE(reference.LoadFormats(kExamples + "/Korvanel.fmt"));
-  ASSERT_TRUE(reference.OpenImage(kExamples + "/gradient_64x48.nv12"));
-  IImageContainer& image = *reference.Images().At(0).image;
-  const DisplayRendition* rendition = image.BuildDisplay();
-  ASSERT_NE(rendition, nullptr);
+TEST_F(ViewerGradient, PCopiesThePixelAndAJumpMarksItsTarget) {
   std::array<uint32_t, 3> v{};
-  ASSERT_TRUE(image.GetSampleValues(10, 5, v));
+  ASSERT_TRUE(reference.Images().At(0).image->GetSampleValues(10, 5, v));
   // The jump ring's left side crosses pixel (59, 45); the picture is not white there.
   ASSERT_NE(RenditionColour(*rendition, 59, 45), 0xFFFFFFu);
 
-  ViewerSession session;
-  session.CopyIn({kExamples + "/Korvanel.fmt", kExamples + "/gradient_64x48.nv12"});
-  session.AppendIni("[gui]\ndef_zoom = 1\n");
-  ASSERT_TRUE(session.Start({"gradient_64x48.nv12"}));
-  const std::string window = session.FindWindow();
-  ASSERT_FALSE(window.empty()) << session.Output();
-  std::optional<QPoint> origin;
-  ASSERT_TRUE(WaitFor([&] { return (origin = FindPicture(session.Screenshot(window), *rendition, 1)).has_value(); },
-                      kExitLimit));
-
   const std::string move = "timeout 10 xdotool mousemove --window " + window + " " +
-                           std::to_string(origin->x() + 10) + " " + std::to_string(origin->y() + 5);
+                           std::to_string(origin.x() + 10) + " " + std::to_string(origin.y() + 5);
   ASSERT_EQ(Shell(move).status, 0);
   ASSERT_TRUE(session.Keys(window, {"p"}));
   const std::string expected = "<10,5> =<" + std::to_string(v[0]) + "," + std::to_string(v[1]) + "," +
@@ -55,7 +31,7 @@ TEST(ViewerInspection, PCopiesThePixelAndAJumpMarksItsTarget) {
   ASSERT_TRUE(session.Keys(window, {"j", "minus", "1", "space", "minus", "1", "space"}));
   // The marker lives one second.
   EXPECT_TRUE(WaitFor(
-      [&] { return PixelAt(session.Screenshot(window), origin->x() + 59, origin->y() + 45) == 0xFFFFFFu; },
+      [&] { return PixelAt(session.Screenshot(window), origin.x() + 59, origin.y() + 45) == 0xFFFFFFu; },
       milliseconds(1000)))
       << "the white jump marker at the last pixel";
 
@@ -68,9 +44,7 @@ TEST(ViewerInspection, PCopiesThePixelAndAJumpMarksItsTarget) {
            log.find("Operation canceled due to user abort") != std::string::npos;
   };
   EXPECT_TRUE(WaitFor(logged, kExitLimit)) << session.ReadFile("qel.log_app.txt");
-
-  ASSERT_TRUE(session.Keys(window, {"alt+f", "x"}));
-  EXPECT_EQ(session.WaitExit(), std::optional<int>(0));
+  Exit();
 }
 
 }  // namespace

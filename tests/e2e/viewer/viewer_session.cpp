@@ -1,5 +1,7 @@
 #include "e2e/viewer/viewer_session.h"
 
+#include "image/image_container.h"
+
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -156,5 +158,28 @@ std::optional<int> ViewerSession::WaitExit(milliseconds limit) {
 std::string ViewerSession::Output() const { return ReadWholeFile(dir_ / "program_output.txt"); }
 
 std::string ViewerSession::ReadFile(const std::string& name) const { return ReadWholeFile(dir_ / name); }
+
+void ViewerGradient::SetUp() {
+  const std::string examples = KORVANEL_EXAMPLES_DIR;
+  ASSERT_TRUE(reference.LoadFormats(examples + "/Korvanel.fmt"));
+  ASSERT_TRUE(reference.OpenImage(examples + "/gradient_64x48.nv12"));
+  rendition = reference.Images().At(0).image->BuildDisplay();
+  ASSERT_NE(rendition, nullptr);
+  session.CopyIn({examples + "/Korvanel.fmt", examples + "/gradient_64x48.nv12"});
+  session.AppendIni("[gui]\ndef_zoom = 1\n");
+  ASSERT_TRUE(session.Start({"gradient_64x48.nv12"}));
+  window = session.FindWindow();
+  ASSERT_FALSE(window.empty()) << session.Output();
+  std::optional<QPoint> found;
+  ASSERT_TRUE(WaitFor([&] { return (found = FindPicture(session.Screenshot(window), *rendition, 1)).has_value(); },
+                      kExitLimit))
+      << "the 64x48 picture at ZF 1";
+  origin = *found;
+}
+
+void ViewerGradient::Exit() {
+  ASSERT_TRUE(session.Keys(window, {"alt+f", "x"}));
+  EXPECT_EQ(session.WaitExit(), std::optional<int>(0)) << session.Output();
+}
 
 }  // namespace korvanel::test

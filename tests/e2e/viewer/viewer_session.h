@@ -5,6 +5,8 @@
 // takes screenshots with ImageMagick's import and waits for it to end.
 // Every wait is bounded; a case adds its own steps on top of these.
 
+#include <gtest/gtest.h>
+
 #include <QImage>
 #include <QPoint>
 #include <chrono>
@@ -14,7 +16,9 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "app/app_state.h"
 #include "image/display_rendition.h"
+#include "support/recording_feedback.h"
 #include "support/program_runner.h"
 #include "support/temp_dir.h"
 
@@ -78,6 +82,22 @@ class ViewerSession {
   TempDir dir_;
   ProgramRunner runner_;
   pid_t pid_ = -1;
+};
+
+// The example gradient opened at ZF 1, found on the screen, beside the
+// reference rendition the screen is compared with.
+class ViewerGradient : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  // Closes the window with File/Exit and expects a clean exit.
+  void Exit();
+
+  RecordingFeedback feedback;
+  AppState reference{feedback};
+  const DisplayRendition* rendition = nullptr;
+  ViewerSession session;
+  std::string window;
+  QPoint origin;  // the picture's top-left corner in the window
 };
 
 }  // namespace korvanel::test

@@ -64,7 +64,7 @@ TEST_F(DialogCommands, RulerSettingsReachTheFocusViewAndKeepOffsetsInScreenMode)
   controller.Execute(Command::RulerSettings);
   EXPECT_TRUE(host.dialogs.empty());
   AddGray();
-  controller.OnResize({800, 600}, 20);
+  controller.OnResize({800, 580});
   controller.OnChar(U'R', {});
   EXPECT_EQ(host.dialogs, (std::vector<DialogId>{DialogId::RulerSettings}));
 

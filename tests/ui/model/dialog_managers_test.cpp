@@ -32,14 +32,9 @@ struct FilterRefusal {
 
 TEST(FilterColorsManager, RefusalsKeepTheDialogOpenAndCreateNothing) {
   const FilterRefusal cases[] = {
-      {"two components", 8, true, "1;2", "", false,
-       {"Please make sure you supply 1 or 3 comma separated components", "Colors parse error"}},
       {"four components on grey", 8, false, "1;2;3;4", "", false,
        {"Please make sure you supply 1 or 3 comma separated components", "Colors parse error"}},
-      {"low end above high end", 8, false, "0-10,5-3", "", true, {"Please fix comp 1 token 2", "Colors parse error"}},
       {"above 8 bits", 8, true, "*;*;1,300", "", true, {"Please fix comp 3 token 2", "Colors parse error"}},
-      {"negation of two values", 8, true, "*", "1,2", true,
-       {"Please make sure you supply 1 or 3 comma separated components", "Negate color parse error"}},
       {"negation above 16 bits", 16, true, "*", "0;65536;0", false,
        {"Please fix comp 2", "Negate color parse error"}},
       {"32-bit image", 32, false, "*", "", true,
@@ -64,40 +59,6 @@ TEST(FilterColorsManager, RefusalsKeepTheDialogOpenAndCreateNothing) {
     EXPECT_FALSE(manager.HasLastRequest()) << c.name;
     EXPECT_TRUE(app.EditHistory().Entries(kFilterExpressionTag).empty()) << c.name;
   }
-}
-
-TEST(FilterColorsManager, NoFreeSlotsIsRefusedWithTheOperationsTexts) {
-  RecordingFeedback feedback;
-  AppState app(feedback);
-  for (int i = 0; i < 18; ++i) {
-    app.RegisterImage(MakeImage<CImageRgb>(8, 2, 2), "i" + std::to_string(i), "I,RGB,8", false);
-  }
-  CFilterColorsManager manager({});
-  manager.expression = "*";
-  manager.separate_components = true;
-  EXPECT_EQ(manager.Apply(app),
-            (DialogMessage{"Filter colors error: not enough free image slots", "Filter colors error"}));
-  app.RegisterImage(MakeImage<CImageRgb>(8, 2, 2), "i18", "I,RGB,8", false);
-  app.RegisterImage(MakeImage<CImageRgb>(8, 2, 2), "i19", "I,RGB,8", false);
-  manager.separate_components = false;
-  manager.apply_to_new = true;
-  EXPECT_EQ(manager.Apply(app), (DialogMessage{"Filter colors error: no free image slots", "Filter colors error"}));
-  EXPECT_EQ(app.Images().Count(), 20u);
-}
-
-TEST(FilterColorsManager, StartsFromTheConfiguredValues) {
-  ConfigDialogFilter defaults;
-  defaults.def_filter = "0-100,^99";
-  defaults.def_neg = "7";
-  defaults.apply_to_new = true;
-  defaults.separate_comp = true;
-  const CFilterColorsManager manager(defaults);
-  EXPECT_EQ(manager.expression, "0-100,^99");
-  EXPECT_EQ(manager.negation, "7");
-  EXPECT_FALSE(manager.apply_to_all);
-  EXPECT_TRUE(manager.apply_to_new);
-  EXPECT_FALSE(manager.all_3_must_pass);
-  EXPECT_TRUE(manager.separate_components);
 }
 
 TEST(FilterColorsManager, AcceptedFilterIsRememberedAndReappliedOnTheFocusImage) {
@@ -130,17 +91,11 @@ TEST(OpenRawImageManager, BuildsTheExpressionFromButtonsOrTakesTheDirectOne) {
     const char* direct;
     const char* expected;
   };
-  ConfigDialogOpen rgb16;
-  rgb16.type = ImageTypeChoice::kRgb;
-  rgb16.packing = PackingChoice::kInterleave;
-  rgb16.bpp = BppChoice::k16;
-  rgb16.little_end = false;
   ConfigDialogOpen ascii_offset;
   ascii_offset.ascii = true;
   ascii_offset.def_offset = " -1024 ";
   const Case cases[] = {
       {"defaults", ConfigDialogOpen{}, "", "P,Y,8"},
-      {"big-endian interleaved RGB", rgb16, "", "I,RGB,-16"},
       {"ascii and offset lead", ascii_offset, "", "A,-1024,P,Y,8"},
       {"direct wins", ascii_offset, "  i,yuyv,8 ", "i,yuyv,8"},
   };
@@ -149,8 +104,6 @@ TEST(OpenRawImageManager, BuildsTheExpressionFromButtonsOrTakesTheDirectOne) {
     manager.direct_expression = c.direct;
     EXPECT_EQ(manager.Expression(), c.expected) << c.name;
   }
-  COpenRawImageManager manager(rgb16);
-  EXPECT_EQ(manager.GeneratedLabel(), "Generated format expression: I,RGB,-16");
 }
 
 TEST(OpenRawImageManager, WidthHeightAndOffsetMustBeNumbers) {
@@ -209,18 +162,10 @@ TEST(ConvertRawManager, RefusalsKeepTheDialogOpenAndCreateNothing) {
       {"illegal target", "Q,Y,8", kNoTransform, nullptr, "", {"Illegal format 'Q,Y,8'", "Image format string parse error"}},
       {"target before transform", "Q", {"1,0,0", "0,1,0,0", "0,0,1,0"}, nullptr, "",
        {"Illegal format 'Q'", "Image format string parse error"}},
-      {"three fields", "I,RGB,8", {"1,0,0", "0,1,0,0", "0,0,1,0"}, nullptr, "",
-       {"Please fix row 'R' (must have exactly 3 comma separated coefficients)", kTransformTitle}},
-      {"offset out of range", "I,RGB,8", {"1,0,0,0", "0,1,0,0", "0,0,1,300"}, nullptr, "",
-       {"Please fix last coefficient of row 'B' (must range between -255..255)", kTransformTitle}},
       {"transform before size", "P,Y,8", {"1,0,0,256", "", ""}, "w-w;h", "",
        {"Please fix last coefficient of row 'Y' (must range between -255..255)", kTransformTitle}},
       {"no separator", "P,Y,8", kNoTransform, "w*2", "",
        {"No new size is entered or semi-colon(;) separator not found", kSizeTitle}},
-      {"three parts", "P,Y,8", kNoTransform, "w;h;1", "", {"Must specify width and height", kSizeTitle}},
-      {"zero width", "P,Y,8", kNoTransform, "w-w;h", "", {"0x50 isn't legal new size", kSizeTitle}},
-      {"absurd size", "P,Y,8", kNoTransform, "40000;40000", "",
-       {"Have we gone mad? 1073 MP isn't enough anymore... :)", kSizeTitle}},
       {"bad offset", "P,Y,8", kNoTransform, "w;h", "1;2",
        {"Base offset for resize isn't a valid integer coordinate", "Parse base offset error"}},
   };
@@ -278,16 +223,13 @@ TEST(ConvertRawManager, LiveTextsFollowTheFields) {
   EXPECT_EQ(CConvertRawManager::Title("b.raw"), "Convert raw image from b.raw");
   EXPECT_EQ(CConvertRawManager::SourceSizeText(640, 480), "640 ; 480");
   const std::pair<const char*, const char*> sizes[] = {
-      {"w*2;h+100", "New image size: 1280x580"}, {"w/3;h", "New image size: 213x480"},
-      {"w*1.5;h", "New image size: 960x480"},    {"w*;h", "New image size: ???"},
+      {"w*2;h+100", "New image size: 1280x580"}, {"w*;h", "New image size: ???"},
       {"", "New image size: ???"},
   };
   for (const auto& [text, line] : sizes) {
     manager.size_text = text;
     EXPECT_EQ(manager.NewSizeLine(640, 480), line) << text;
   }
-  manager.size_text = "w*1.5;h";
-  EXPECT_EQ(manager.NewSizeLine(641, 480), "New image size: 962x480");
 }
 
 }  // namespace

@@ -72,7 +72,7 @@ std::unique_ptr<CImageGray> SevensImage(uint32_t bits) {
   });
 }
 
-std::vector<PixelPoint> Walk(const CImageConcreteBase& image, const Rect& area,
+std::vector<PixelPoint> Walk(const IImageContainer& image, const Rect& area,
                              SearchDirection direction, std::optional<PixelPoint> from) {
   std::vector<PixelPoint> hits;
   const PixelValue seven{{7, 0, 0}, 1};

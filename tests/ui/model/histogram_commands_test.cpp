@@ -10,31 +10,23 @@
 #include "support/image_builders.h"
 #include "support/recording_feedback.h"
 #include "ui/model/geometry_printers.h"
-#include "ui/model/recording_viewer_host.h"
+#include "ui/model/viewer_fixture.h"
 #include "ui/model/viewer_controller.h"
 
 namespace korvanel {
 namespace {
 
-constexpr ScreenSize kClient{800, 600};
-constexpr int32_t kStatusHeight = 20;
 constexpr Modifiers kCtrl{.ctrl = true};
 constexpr Modifiers kShift{.shift = true};
 
 // 16 x 16 grey, columns 0 1 2 3 0 1 2 3 ...: 64 pixels of each value.
 uint32_t Stripes(uint32_t x, uint32_t) { return x % 4; }
 
-class HistogramCommandsTest : public ::testing::Test {
+class HistogramCommandsTest : public test::ViewerFixture {
  protected:
   size_t AddStripes(const std::string& name, uint32_t bits = 8) {
     return app.RegisterImage(test::MakeGrayImage(bits, 16, 16, Stripes), name, "P,Y,8", false);
   }
-  void Press(Key key, Modifiers mods = {}) { controller.OnKey({key, mods}); }
-  void Start() {
-    controller.OnResize(kClient, kStatusHeight);
-    controller.PrepareFrame();
-  }
-  const FramePlan& Frame() { return controller.PrepareFrame(); }
   std::vector<bool> Shown() {
     std::vector<bool> shown;
     for (const PanelPlan& panel : Frame().panels) shown.push_back(panel.histogram.show);
@@ -50,18 +42,11 @@ class HistogramCommandsTest : public ::testing::Test {
     return lines;
   }
   IImageContainer& Image(size_t index) { return *app.Images().At(index).image; }
-  // Moves the cursor (moves wait for a frame after a change) and lets the
-  // next frame see it.
+  // Moves the cursor and lets the next frame see it.
   void Move(ScreenPoint p, Modifiers m = {}) {
-    controller.PrepareFrame();
-    controller.OnMouseMove(p, m);
+    MoveTo(p, m);
     controller.PrepareFrame();
   }
-
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
 };
 
 TEST_F(HistogramCommandsTest, IShowsTheFocusImagesStatisticsAndHidesThemAgain) {
@@ -127,9 +112,9 @@ TEST_F(HistogramCommandsTest, LookKeysActOnlyWhileAnOverlayShows) {
   Press(Key::B);
   Press(Key::B, kShift);
   Press(Key::B, kCtrl);
-  EXPECT_FALSE(controller.State().histogram.transparent);
-  EXPECT_FALSE(controller.State().histogram.shadow);
-  EXPECT_EQ(controller.State().histogram.color_index, 0u);
+  EXPECT_FALSE(controller.HistogramLook().transparent);
+  EXPECT_FALSE(controller.HistogramLook().shadow);
+  EXPECT_EQ(controller.HistogramLook().color_index, 0u);
 
   Press(Key::I);
   Press(Key::B);

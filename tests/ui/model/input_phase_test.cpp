@@ -60,7 +60,8 @@ class InputPhaseTest : public ::testing::Test {
     for (const char* name : {"a.raw", "b.raw"}) {
       app.RegisterImage(test::MakeImage<CImageGray>(8, 16, 8), name, "P,Y,8", false);
     }
-    controller.OnResize({400, 300}, 20);
+    host.status_width = 400;
+    controller.OnResize({400, 280});
     controller.PrepareFrame();
   }
   bool Start() { return controller.StartPhase(std::make_unique<TypingPhase>(log), "busy"); }

@@ -23,6 +23,9 @@ class RecordingViewerHost : public IViewerHost {
     ++scroll_bar_updates;
   }
   void ShowStatus(const StatusFields& fields) override { statuses.push_back(fields); }
+  int32_t StatusBarWidth() const override { return status_width; }
+  // Seven units an average character.
+  int32_t StatusTextWidth(std::string_view text) const override { return 7 * static_cast<int32_t>(text.size()); }
   void StartTimer(TimerId id, uint32_t period_ms) override { timers[id] = period_ms; }
   void StopTimer(TimerId id) override { timers.erase(id); }
   void SetCursorShape(CursorShape shape) override { cursor = shape; }
@@ -50,6 +53,7 @@ class RecordingViewerHost : public IViewerHost {
   ScrollBarState vertical;
   int scroll_bar_updates = 0;
   std::vector<StatusFields> statuses;
+  int32_t status_width = 800;
   std::map<TimerId, uint32_t> timers;
   CursorShape cursor = CursorShape::Arrow;
   std::string clipboard;

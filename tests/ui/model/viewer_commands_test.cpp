@@ -14,15 +14,13 @@
 #include "support/recording_feedback.h"
 #include "support/temp_dir.h"
 #include "ui/model/input_phase.h"
-#include "ui/model/recording_viewer_host.h"
+#include "ui/model/viewer_fixture.h"
 #include "ui/model/text_metrics.h"
 #include "ui/model/viewer_controller.h"
 
 namespace korvanel {
 namespace {
 
-constexpr ScreenSize kClient{800, 600};
-constexpr int32_t kStatusHeight = 20;
 constexpr const char* kDiffTypeAllBin =
     "Diff type: All pixels are included with binary comparison (equal or not)";
 
@@ -42,7 +40,7 @@ struct Input {
 Input Char(char32_t ch) { return {std::nullopt, ch}; }
 Input KeyDown(Key key, Modifiers mods = {}) { return {KeyInput{key, mods}, 0}; }
 
-class ViewerCommandsTest : public ::testing::Test {
+class ViewerCommandsTest : public test::ViewerFixture {
  protected:
   void Add(const std::string& name, uint32_t w = 8, uint32_t h = 8) {
     app.RegisterImage(test::MakeImage<CImageGray>(8, w, h), name, "P,Y,8", false);
@@ -57,7 +55,7 @@ class ViewerCommandsTest : public ::testing::Test {
     }
     if (setup == Scene::Pair || setup == Scene::PairAndOne) app.CompareImages({0, 1});
     if (setup == Scene::Trio) app.CompareImages({0, 1, 2});
-    controller.OnResize(kClient, kStatusHeight);
+    controller.OnResize(test::kImageArea);
     controller.PrepareFrame();
   }
   void Send(const Input& input) {
@@ -72,21 +70,12 @@ class ViewerCommandsTest : public ::testing::Test {
     for (size_t i = 0; i < app.Images().Count(); ++i) names.push_back(app.Images().At(i).display_name);
     return names;
   }
-  std::string LastStatus() const { return feedback.statuses.empty() ? "" : feedback.statuses.back(); }
+  std::string CoreStatus() const { return feedback.statuses.empty() ? "" : feedback.statuses.back(); }
   std::string LastMessage() const { return feedback.messages.empty() ? "" : feedback.messages.back(); }
-  const std::string& Part0() const { return host.statuses.back().parts[kStatusReadoutPart]; }
-  void Type(std::u32string_view text) {
-    for (char32_t ch : text) controller.OnChar(ch, {});
-  }
   void MoveOver(size_t panel) {
     const ScreenRect picture = controller.PrepareFrame().panels.at(panel).picture;
     controller.OnMouseMove({picture.left + 1, picture.top + 1}, {});
   }
-
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
 };
 
 // One row per binding: the state, the key or character, and what the image
@@ -147,9 +136,9 @@ TEST_F(ViewerCommandsTest, EachBindingChangesTheImagesOrSaysWhy) {
     Send(row.input);
     EXPECT_EQ(Names(), images);
     if (row.status.empty()) {
-      EXPECT_EQ(feedback.statuses.size(), statuses) << LastStatus();
+      EXPECT_EQ(feedback.statuses.size(), statuses) << CoreStatus();
     } else {
-      EXPECT_EQ(LastStatus().substr(0, row.status.size()), row.status);
+      EXPECT_EQ(CoreStatus().substr(0, row.status.size()), row.status);
     }
     EXPECT_EQ(LastMessage(), row.message);
     EXPECT_EQ(app.CompareMode(), row.compare);
@@ -157,7 +146,7 @@ TEST_F(ViewerCommandsTest, EachBindingChangesTheImagesOrSaysWhy) {
 }
 
 TEST_F(ViewerCommandsTest, KeysNeedAnOpenImage) {
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   for (const Input& input : {Char(U'x'), Char(U'X'), Char(U'n'), Char(U'l'), Char(U'F'), Char(U'S'),
                              KeyDown(Key::D), KeyDown(Key::D, kCtrl), KeyDown(Key::C, kCtrl),
                              KeyDown(Key::S, kCtrl)}) {
@@ -198,7 +187,7 @@ TEST_F(ViewerCommandsTest, DiffTypeCyclesThroughAllFourAndChecksItsRadioItem) {
   for (const auto& step : steps) {
     controller.OnKey({Key::D, kCtrl});
     EXPECT_EQ(app.GetDiffType(), step.type);
-    EXPECT_EQ(LastStatus(), step.text);
+    EXPECT_EQ(CoreStatus(), step.text);
     for (Command radio : {Command::DiffTypeAllBin, Command::DiffTypeMaskBin,
                           Command::DiffTypeAllAbsDelta, Command::DiffTypeMaskAbsDelta}) {
       EXPECT_EQ(host.menu[radio].checked, radio == step.checked);
@@ -234,7 +223,7 @@ TEST_F(ViewerCommandsTest, LayerMenuItemIsRefusedSilentlyOutsideCompareMode) {
 // limited to its region of interest.
 TEST_F(ViewerCommandsTest, CopyGivesThePathOverATabElseTheImage) {
   Add("/pics/a.raw", 16, 12);
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   const PanelPlan panel = controller.PrepareFrame().panels.at(0);
   controller.OnKey({Key::C, kCtrl});
   ASSERT_TRUE(host.clipboard_image.has_value());
@@ -297,6 +286,22 @@ TEST_F(ViewerCommandsTest, CloseBoxClosesAndUnderCtrlTakesOutOfTheParty) {
   controller.OnLeftDown({b.left + 2, b.top + 1}, kCtrl);
   EXPECT_EQ(Names(), (std::vector<std::string>{"a.raw", "b.raw"}));
   EXPECT_FALSE(app.CompareMode());
+}
+
+// Ctrl pressed and released without moving the mouse: the boxes follow the
+// key both ways, and a click after the release closes instead of removing.
+TEST_F(ViewerCommandsTest, ReleasingCtrlTurnsTheCloseBoxesBack) {
+  Prepare(Scene::Trio);
+  const auto close_text = [&](size_t panel) { return controller.PrepareFrame().panels.at(panel).tab.close_text; };
+  controller.OnKey({Key::Control, kCtrl});
+  EXPECT_EQ(close_text(1), 'O');
+  const int repaints = host.invalidations;
+  controller.OnKeyUp({Key::Control, {}});
+  EXPECT_EQ(close_text(1), 'X');
+  EXPECT_GT(host.invalidations, repaints) << "the boxes are repainted";
+  const ScreenRect b = controller.PrepareFrame().panels.at(1).tab.close_box;
+  controller.OnLeftDown({b.left + 1, b.top + 1}, {});
+  EXPECT_EQ(Names(), (std::vector<std::string>{"a.raw", "c.raw"}));
 }
 
 TEST_F(ViewerCommandsTest, ClickingATabFocusesItsImage) {
@@ -362,7 +367,7 @@ TEST_F(ViewerCommandsTest, CollectingBuildsThePartyFromTheTypedSlots) {
     Add("b.raw");
     Add("c.raw", 16, 16);
     Add("d.raw");
-    controller.OnResize(kClient, kStatusHeight);
+    controller.OnResize(test::kImageArea);
     Type(row.keys);
     EXPECT_EQ(app.CompareMode(), row.compare);
     EXPECT_EQ(app.ComparisonGroup(), row.party);
@@ -421,18 +426,18 @@ class ViewerSaveCommandsTest : public ViewerCommandsTest {
 
 TEST_F(ViewerSaveCommandsTest, SaveMenuItemsWriteBesideTheSource) {
   AddFile("a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.Execute(Command::SaveOriginalRaw);
   // Component 0 at (x, y) holds y*100 + x.
   EXPECT_EQ(Read("a.4x2.raw"), std::string("\x00\x01\x02\x03\x64\x65\x66\x67", 8));
-  EXPECT_EQ(LastStatus().rfind("Saved '" + Path("a.4x2.raw") + "' (", 0), 0u) << LastStatus();
+  EXPECT_EQ(CoreStatus().rfind("Saved '" + Path("a.4x2.raw") + "' (", 0), 0u) << CoreStatus();
   controller.Execute(Command::SaveTextOriginal);
   EXPECT_EQ(Read("a.4x2.txt").substr(0, 41), "Image Y8: <0,0> .. <3,1> : 4x2 (8 pixels)");
   controller.Execute(Command::SaveStatistics);
   EXPECT_EQ(Read("a.stat.txt").substr(0, 9), "<Luma-8>\n");
   controller.OnChar(U'S', {});
   EXPECT_TRUE(std::filesystem::exists(Path("a.png")));
-  EXPECT_EQ(LastStatus(), "Exported to PNG: '" + Path("a.png") + "'");
+  EXPECT_EQ(CoreStatus(), "Exported to PNG: '" + Path("a.png") + "'");
   EXPECT_TRUE(feedback.messages.empty());
 }
 
@@ -452,21 +457,21 @@ TEST_F(ViewerSaveCommandsTest, SavePhaseWritesTheChosenForm) {
       {U"sx1b9b2", "a.4x2.raw", std::string("\x00\x01\x02\x03\x64\x65\x66\x67", 8)},
   };
   AddFile("a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.keys.begin(), row.keys.end()));
     std::filesystem::remove(Path(row.file));
     Type(row.keys);
     EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
     EXPECT_EQ(Read(row.file).substr(0, row.starts.size()), row.starts);
-    EXPECT_EQ(LastStatus().rfind("Saved '" + Path(row.file) + "' (", 0), 0u) << LastStatus();
+    EXPECT_EQ(CoreStatus().rfind("Saved '" + Path(row.file) + "' (", 0), 0u) << CoreStatus();
   }
   EXPECT_EQ(app.FocusIndex(), 0u);  // the digits picked entries, not images
 }
 
 TEST_F(ViewerSaveCommandsTest, SavePhasePromptsForEachKeyAndACancelWritesNothing) {
   AddFile("a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.Execute(Command::SaveViaCommand);
   const std::string groups = "Save image as: b - Binary, t - Text, h - Hexa-Text (Esc cancels)";
   EXPECT_EQ(Part0(), groups);
@@ -489,7 +494,7 @@ TEST_F(ViewerSaveCommandsTest, SavePhasePromptsForEachKeyAndACancelWritesNothing
 
 TEST_F(ViewerSaveCommandsTest, OverwriteAnsweredNoKeepsTheFile) {
   AddFile("a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   std::ofstream(Path("a.4x2.raw")) << "keep";
   feedback.answer = false;
   controller.Execute(Command::SaveOriginalRaw);
@@ -502,7 +507,7 @@ TEST_F(ViewerSaveCommandsTest, OverwriteAnsweredNoKeepsTheFile) {
 TEST_F(ViewerSaveCommandsTest, AnUnwritableFolderIsReported) {
   const std::string gone = Path("gone/a.raw");
   app.RegisterImage(test::MakeImage<CImageGray>(8, 4, 2), gone, "P,Y,8", true);
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.Execute(Command::SaveBinaryPlanner);
   const std::string target = Path("gone/a.4x2.raw");
   EXPECT_EQ(LastMessage(), "[Save image error]: Error Can't open " + target +

@@ -15,13 +15,11 @@
 #include "ui/model/text_metrics.h"
 #include "ui/model/geometry_printers.h"
 #include "ui/model/readout.h"
-#include "ui/model/recording_viewer_host.h"
+#include "ui/model/viewer_fixture.h"
 
 namespace korvanel {
 namespace {
 
-constexpr ScreenSize kClient{800, 600};  // image area 800 x 580: panel 780 x 520
-constexpr int32_t kStatusHeight = 20;
 
 // Values need a block as wide as the template in a 4-pixel-per-character font.
 class FixedMetrics : public ITextMetrics {
@@ -36,29 +34,14 @@ const char* PlanFormat(CViewerController& controller, size_t panel) {
   return controller.PrepareFrame().panels.at(panel).values.format;
 }
 
-class ViewerControllerTest : public ::testing::Test {
+class ViewerControllerTest : public test::ViewerFixture {
  protected:
-  size_t AddGray(uint32_t w, uint32_t h, const std::string& name) {
-    return app.RegisterImage(test::MakeImage<CImageGray>(8, w, h), name, "P,Y,8", false);
-  }
-  void Press(Key key, Modifiers mods = {}) { controller.OnKey({key, mods}); }
-  const StatusFields& LastStatus() const { return host.statuses.back(); }
   const std::string& ZoomPart() const { return LastStatus().parts[kStatusZoomPart]; }
-  std::vector<std::string> TabTexts() {
-    std::vector<std::string> texts;
-    for (const PanelPlan& panel : controller.PrepareFrame().panels) texts.push_back(panel.tab.text);
-    return texts;
-  }
-
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
 };
 
 TEST_F(ViewerControllerTest, ZoomKeysStepTheZoomTextInTheFourthPart) {
   AddGray(64, 48, "a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   EXPECT_EQ(ZoomPart(), "1:1");
   const std::pair<Key, const char*> steps[] = {
       {Key::KeypadPlus, "1:2"},  {Key::KeypadPlus, "1:3"},     {Key::KeypadMinus, "1:2"},
@@ -68,13 +51,13 @@ TEST_F(ViewerControllerTest, ZoomKeysStepTheZoomTextInTheFourthPart) {
   for (const auto& [key, text] : steps) {
     Press(key);
     EXPECT_EQ(ZoomPart(), text);
-    EXPECT_EQ(controller.State().zoom_text, text);
+    EXPECT_EQ(controller.ZoomText(), text);
   }
 }
 
 TEST_F(ViewerControllerTest, StatusIsSentOnlyWhenItChanges) {
   AddGray(64, 48, "a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   for (int i = 0; i < 30; ++i) Press(Key::KeypadPlus);
   EXPECT_EQ(ZoomPart(), "1:100");
   const size_t sent = host.statuses.size();
@@ -100,9 +83,9 @@ TEST_F(ViewerControllerTest, StartsFromTheConfiguredZoomAndModes) {
   app.ApplyConfiguration(values);
   AddGray(64, 48, "a.raw");
   CViewerController fitted{app, host, ViewerSettings::FromConfig(values)};
-  fitted.OnResize(kClient, kStatusHeight);
+  fitted.OnResize(test::kImageArea);
   const FramePlan& plan = fitted.PrepareFrame();
-  EXPECT_EQ(fitted.State().zoom_text, "F2W");
+  EXPECT_EQ(fitted.ZoomText(), "F2W");
   ASSERT_EQ(plan.panels.size(), 1u);
   EXPECT_TRUE(plan.panels[0].stretch);
   EXPECT_EQ(plan.panels[0].picture, (ScreenRect{54, 49, 746, 568}));
@@ -111,7 +94,7 @@ TEST_F(ViewerControllerTest, StartsFromTheConfiguredZoomAndModes) {
 
 TEST_F(ViewerControllerTest, ZoomKeepsTheCentreOfTheFocusImage) {
   AddGray(2000, 1000, "big.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.OnScroll(Axis::Horizontal, ScrollAction::Thumb, 600);
   controller.OnScroll(Axis::Vertical, ScrollAction::Thumb, 200);
   // Visible 600..1379 x 200..719: centre (989, 459).
@@ -130,7 +113,7 @@ TEST_F(ViewerControllerTest, ZoomSetsTheSameZoomOnEveryPartyImage) {
   AddGray(64, 48, "c.raw");
   app.CompareImages({0, 1});
   ASSERT_TRUE(app.CompareMode());
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   Press(Key::KeypadPlus);
   const FramePlan& plan = controller.PrepareFrame();
   ASSERT_EQ(plan.panels.size(), 2u);
@@ -151,11 +134,11 @@ TEST_F(ViewerControllerTest, TabCyclesTheFocusImageInSingleView) {
   AddGray(8, 8, "a.raw");
   AddGray(8, 8, "b.raw");
   AddGray(8, 8, "c.raw");
-  controller.OnResize(kClient, kStatusHeight);
-  EXPECT_EQ(TabTexts(), (std::vector<std::string>{"[3] c.raw"}));
+  controller.OnResize(test::kImageArea);
+  EXPECT_EQ(Tabs(), (std::vector<std::string>{"[3] c.raw"}));
   Press(Key::Tab);
   EXPECT_EQ(app.FocusIndex(), 0u);
-  EXPECT_EQ(TabTexts(), (std::vector<std::string>{"[1] a.raw"}));
+  EXPECT_EQ(Tabs(), (std::vector<std::string>{"[1] a.raw"}));
   Press(Key::Tab, kShift);
   Press(Key::Tab, kShift);
   EXPECT_EQ(app.FocusIndex(), 1u);
@@ -164,7 +147,7 @@ TEST_F(ViewerControllerTest, TabCyclesTheFocusImageInSingleView) {
 
 TEST_F(ViewerControllerTest, DigitsSelectSlotsAndTheBackKeyReturns) {
   for (int i = 0; i < 12; ++i) AddGray(4, 4, "img" + std::to_string(i));
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   const std::pair<char32_t, size_t> steps[] = {
       {U'2', 1},  {U'0', 9},  {U'!', 10}, {U'@', 11}, {U')', 11},  // slot 20 is empty
       {U'`', 10}, {U'~', 11}, {U'1', 0},  {U'*', 0},               // '*' unshifted: keypad star
@@ -182,7 +165,7 @@ TEST_F(ViewerControllerTest, LayerModeShowsOnePartyImageAndTabPicksTheLayer) {
   AddGray(16, 16, "b.raw");
   AddGray(16, 16, "c.raw");
   app.CompareImages({0, 1, 2});
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   EXPECT_EQ(controller.PrepareFrame().panels.size(), 3u);
   Press(Key::Tab);  // side by side: nothing
   EXPECT_EQ(controller.PrepareFrame().panels.size(), 3u);
@@ -190,7 +173,7 @@ TEST_F(ViewerControllerTest, LayerModeShowsOnePartyImageAndTabPicksTheLayer) {
   controller.Execute(Command::ToggleLayerMode);
   EXPECT_TRUE(host.menu[Command::ToggleLayerMode].checked);
   const size_t first = app.FocusIndex();
-  EXPECT_EQ(TabTexts(), (std::vector<std::string>{"1 2 3 | [" + std::to_string(first + 1) + "] " +
+  EXPECT_EQ(Tabs(), (std::vector<std::string>{"1 2 3 | [" + std::to_string(first + 1) + "] " +
                                                   app.Images().At(first).display_name}));
   Press(Key::Tab);
   const size_t second = (first + 1) % 3;
@@ -205,7 +188,7 @@ TEST_F(ViewerControllerTest, LayerModeShowsOnePartyImageAndTabPicksTheLayer) {
 
 TEST_F(ViewerControllerTest, ArrowsWheelAndScrollBarsMoveTheView) {
   AddGray(2000, 1000, "big.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   EXPECT_EQ(host.horizontal, (ScrollBarState{1220, 780, 1, 0, true}));
   struct Step {
     const char* name;
@@ -244,7 +227,7 @@ TEST_F(ViewerControllerTest, ScrollOffsetsGoToEveryPartyImage) {
   AddGray(2000, 1000, "a.raw");
   AddGray(2000, 1000, "b.raw");
   app.CompareImages({0, 1});
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   Press(Key::Right);
   const FramePlan& plan = controller.PrepareFrame();
   ASSERT_EQ(plan.panels.size(), 2u);
@@ -254,7 +237,7 @@ TEST_F(ViewerControllerTest, ScrollOffsetsGoToEveryPartyImage) {
 
 TEST_F(ViewerControllerTest, ScrollBarsAreDisabledWhenNothingScrolls) {
   AddGray(64, 48, "a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   EXPECT_FALSE(host.horizontal.enabled);
   EXPECT_FALSE(host.vertical.enabled);
   EXPECT_EQ(host.horizontal.maximum, 0);
@@ -270,7 +253,7 @@ TEST_F(ViewerControllerTest, ScrollBarsAreDisabledWhenNothingScrolls) {
 TEST_F(ViewerControllerTest, ViewTogglesShowInTheStatusLettersAndMenuChecks) {
   AddGray(64, 48, "a.raw");
   app.SetSaveTextHexCArray(true);
-  controller.OnResize(kClient, kStatusHeight);  // first show: the check marks
+  controller.OnResize(test::kImageArea);  // first show: the check marks
   EXPECT_TRUE(host.menu[Command::ToggleHexTextCLayout].checked);
   EXPECT_FALSE(host.menu[Command::ToggleGrid].checked);
   EXPECT_EQ(LastStatus().parts, (std::array<std::string, 5>{kOutOfRangeText, "", "", "1:1", ""}));
@@ -301,7 +284,7 @@ TEST_F(ViewerControllerTest, GridShowsFromZoomFiveAndValuesWhenTheTemplateFits) 
   app.CompareImages({0, 1});
   FixedMetrics metrics;
   controller.SetTextMetrics(&metrics);
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   Press(Key::G);
   Press(Key::V);
   Press(Key::H);
@@ -343,7 +326,7 @@ TEST_F(ViewerControllerTest, RulerColourFollowsTheImageUnderTheMouse) {
   AddGray(64, 48, "b.raw");
   AddGray(64, 48, "c.raw");
   app.CompareImages({0, 1, 2});
-  ruled.OnResize(kClient, kStatusHeight);
+  ruled.OnResize(test::kImageArea);
   const auto colors = [&] {
     std::vector<Rgb> seen;
     for (const PanelPlan& panel : ruled.PrepareFrame().panels) seen.push_back(panel.ruler.color);
@@ -366,7 +349,7 @@ TEST_F(ViewerControllerTest, RulerColourFollowsTheImageUnderTheMouse) {
 }
 
 TEST_F(ViewerControllerTest, WithoutImagesOnlyHelpKeysWork) {
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   const FramePlan& empty = controller.PrepareFrame();
   EXPECT_TRUE(empty.no_image.show);
   EXPECT_EQ(empty.no_image.invitation, "Drag one or more images to open them... (F1 for extra help)");
@@ -375,7 +358,7 @@ TEST_F(ViewerControllerTest, WithoutImagesOnlyHelpKeysWork) {
   Press(Key::KeypadPlus);
   controller.OnChar(U'r', {});
   controller.OnWheel(1, kCtrl);
-  EXPECT_EQ(controller.State().zoom_text, "1:1");
+  EXPECT_EQ(controller.ZoomText(), "1:1");
   EXPECT_FALSE(controller.State().flags.ruler);
 
   Press(Key::F1);
@@ -397,7 +380,7 @@ TEST_F(ViewerControllerTest, WithoutImagesOnlyHelpKeysWork) {
 
 TEST_F(ViewerControllerTest, StatusMessageShowsInPartZeroForSixteenTicks) {
   AddGray(8, 8, "a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.ShowStatusMessage(std::string(600, 'm'));
   EXPECT_EQ(host.timers.at(TimerId::Status), 100u);
   EXPECT_EQ(LastStatus().parts[0], std::string(511, 'm'));
@@ -411,7 +394,7 @@ TEST_F(ViewerControllerTest, StatusMessageShowsInPartZeroForSixteenTicks) {
 
 TEST_F(ViewerControllerTest, FrameIsRecomposedOnlyWhenTheViewChanged) {
   AddGray(2000, 1000, "big.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   EXPECT_TRUE(controller.PrepareFrame().base_dirty);
   EXPECT_FALSE(controller.PrepareFrame().base_dirty);
   Press(Key::Down);
@@ -422,7 +405,7 @@ TEST_F(ViewerControllerTest, FrameIsRecomposedOnlyWhenTheViewChanged) {
 
 TEST_F(ViewerControllerTest, MouseMovesWaitForTheNextFrameAndLightTheTab) {
   AddGray(64, 48, "a.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.OnMouseMove({100, 20}, {});  // view still dirty: ignored
   EXPECT_TRUE(host.last_damage.empty());
   controller.PrepareFrame();
@@ -439,7 +422,7 @@ TEST_F(ViewerControllerTest, TinyWindowsAndExtremeImagesLayOutWithoutFailing) {
   AddGray(1, 1, "dot.raw");
   AddGray(65535, 1, "line.raw");
   for (bool zoomed_out : {false, true}) {
-    controller.OnResize(kClient, kStatusHeight);
+    controller.OnResize(test::kImageArea);
     Press(Key::KeypadMultiply);
     if (zoomed_out) Press(Key::KeypadMinus);
     for (size_t index : {size_t{0}, size_t{1}}) {
@@ -450,8 +433,8 @@ TEST_F(ViewerControllerTest, TinyWindowsAndExtremeImagesLayOutWithoutFailing) {
       EXPECT_NE(panel.rendition, nullptr);
     }
   }
-  for (ScreenSize client : {ScreenSize{0, 0}, ScreenSize{5, 3}, ScreenSize{15, 40}}) {
-    controller.OnResize(client, kStatusHeight);
+  for (ScreenSize client : {ScreenSize{0, 0}, ScreenSize{5, 3}, ScreenSize{15, 20}}) {
+    controller.OnResize(client);
     for (Key key : {Key::KeypadPlus, Key::Right, Key::Down, Key::KeypadMultiply,
                                 Key::KeypadMinus, Key::Tab}) {
       Press(key);
@@ -470,7 +453,7 @@ TEST_F(ViewerControllerTest, EightPanelsInANarrowWindowStayEmpty) {
   for (int i = 0; i < 8; ++i) AddGray(32, 32, "p" + std::to_string(i));
   app.SetMaxComparisonParty(8);
   app.CompareImages({0, 1, 2, 3, 4, 5, 6, 7});
-  controller.OnResize({120, 200}, kStatusHeight);  // panels (120 - 160 + 1) / 8 wide
+  controller.OnResize({120, 180});  // panels (120 - 160 + 1) / 8 wide
   Press(Key::KeypadPlus);
   const FramePlan& plan = controller.PrepareFrame();
   ASSERT_EQ(plan.panels.size(), 8u);
@@ -479,22 +462,22 @@ TEST_F(ViewerControllerTest, EightPanelsInANarrowWindowStayEmpty) {
 
 TEST_F(ViewerControllerTest, OnlyDrawnImagesGetARendition) {
   for (int i = 0; i < 20; ++i) AddGray(16, 16, "i" + std::to_string(i));
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.PrepareFrame();
-  EXPECT_EQ(controller.State().views.size(), 20u);
+  EXPECT_EQ(controller.ViewCount(), 20u);
   uint32_t color = 0;
   for (size_t i = 0; i < 20; ++i) {
     EXPECT_EQ(app.Images().At(i).image->GetDisplayedValue(0, 0, color), i == 19) << i;
   }
   app.CloseImage(3);
   controller.PrepareFrame();
-  EXPECT_EQ(controller.State().views.size(), 19u);
+  EXPECT_EQ(controller.ViewCount(), 19u);
 }
 
 TEST_F(ViewerControllerTest, WindowMenuFocusesAndExitDestroysTheWindow) {
   AddGray(8, 8, "a.raw");
   AddGray(8, 8, "b.raw");
-  controller.OnResize(kClient, kStatusHeight);
+  controller.OnResize(test::kImageArea);
   controller.OnWindowMenu(0);
   EXPECT_EQ(app.FocusIndex(), 0u);
   controller.OnWindowMenu(7);

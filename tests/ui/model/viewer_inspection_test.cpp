@@ -10,56 +10,17 @@
 #include "support/recording_feedback.h"
 #include "ui/model/geometry_printers.h"
 #include "ui/model/readout.h"
-#include "ui/model/recording_viewer_host.h"
+#include "ui/model/viewer_fixture.h"
 #include "ui/model/viewer_controller.h"
 
 namespace korvanel {
 namespace {
 
-constexpr ScreenSize kClient{800, 600};
-constexpr int32_t kStatusHeight = 20;
-
 // Pixel readout, ROI by mouse, copy pixel and find marks as the controller
-// drives them. Images come from MakeImage: component c at (x, y) holds
-// c*1000 + y*100 + x.
-class ViewerInspectionTest : public ::testing::Test {
+// drives them.
+class ViewerInspectionTest : public test::ViewerFixture {
  protected:
-  size_t AddGray(uint32_t w, uint32_t h, const std::string& name) {
-    return app.RegisterImage(test::MakeImage<CImageGray>(8, w, h), name, "P,Y,8", false);
-  }
-  size_t AddRgb(uint32_t w, uint32_t h, const std::string& name) {
-    return app.RegisterImage(test::MakeImage<CImageRgb>(16, w, h), name, "I,RGB,16", false);
-  }
-  void Start() {
-    controller.OnResize(kClient, kStatusHeight);
-    controller.PrepareFrame();
-  }
-  // The screen point of image pixel (x, y) in panel `panel` at 1:1.
-  ScreenPoint At(int32_t x, int32_t y, size_t panel = 0) {
-    const ScreenRect& picture = controller.PrepareFrame().panels.at(panel).picture;
-    return {picture.left + x, picture.top + y};
-  }
-  void MoveTo(ScreenPoint p) {
-    controller.PrepareFrame();
-    controller.OnMouseMove(p, {});
-  }
-  void Click(ScreenPoint p) {
-    controller.PrepareFrame();
-    controller.OnLeftDown(p, {});
-    controller.OnLeftUp(p);
-  }
-  std::string Part0() const { return host.statuses.back().parts[kStatusReadoutPart]; }
-  std::vector<std::string> Tabs() {
-    std::vector<std::string> texts;
-    for (const PanelPlan& panel : controller.PrepareFrame().panels) texts.push_back(panel.tab.text);
-    return texts;
-  }
   const Rect Roi(size_t index) const { return app.Images().At(index).image->GetRegionOfInterest(); }
-
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
 };
 
 TEST_F(ViewerInspectionTest, MovesFillTheStatusAndTheTab) {
@@ -83,9 +44,10 @@ TEST_F(ViewerInspectionTest, MovesFillTheStatusAndTheTab) {
   EXPECT_EQ(Tabs(), (std::vector<std::string>{"[1] a.raw"}));
 }
 
-TEST_F(ViewerInspectionTest, ANarrowWindowUsesTheShortOutOfRangeText) {
+TEST_F(ViewerInspectionTest, ANarrowStatusBarUsesTheShortOutOfRangeText) {
   AddGray(64, 48, "a.raw");
-  controller.OnResize({700, 500}, kStatusHeight);
+  host.status_width = 700;
+  controller.OnResize({700, 480});
   EXPECT_EQ(Part0(), kOutOfRangeShortText);
 }
 
@@ -220,7 +182,7 @@ TEST_F(ViewerInspectionTest, JumpPhaseCentresRecordsAndMarksThePoint) {
   EXPECT_EQ(Part0(), "Jump to X Y: -1 -");
   TypeKeys(controller, U"1 ");
   EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
-  EXPECT_EQ(controller.State().inspect.jump_history.Entries(), (std::vector<PixelPoint>{{1999, 999}}));
+  EXPECT_EQ(controller.JumpHistory().Entries(), (std::vector<PixelPoint>{{1999, 999}}));
   // The view scrolls to the bottom-right corner; the centring rule keeps its
   // origin one pixel short of the far edges.
   const PanelPlan& panel = controller.PrepareFrame().panels.at(0);
@@ -233,7 +195,7 @@ TEST_F(ViewerInspectionTest, JumpPhaseCentresRecordsAndMarksThePoint) {
   // Jumping there again keeps one entry; the marker lives 20 ticks.
   controller.OnKey({Key::J, {}});
   TypeKeys(controller, U"1999 999 ");
-  EXPECT_EQ(controller.State().inspect.jump_history.Entries().size(), 1u);
+  EXPECT_EQ(controller.JumpHistory().Entries().size(), 1u);
   for (int tick = 0; tick < 19; ++tick) controller.OnTimer(TimerId::Jump);
   EXPECT_TRUE(host.timers.contains(TimerId::Jump));
   controller.OnTimer(TimerId::Jump);
@@ -257,7 +219,7 @@ TEST_F(ViewerInspectionTest, JumpFailuresEscAndTheSecondJEndThePhase) {
     EXPECT_EQ(controller.ActivePhase(), InputPhaseKind::None);
     EXPECT_EQ(Part0(), c.message);
   }
-  EXPECT_TRUE(controller.State().inspect.jump_history.Entries().empty());
+  EXPECT_TRUE(controller.JumpHistory().Entries().empty());
   controller.OnKey({Key::J, {}});
   controller.OnKey({Key::G, {}});  // taken by the phase: no grid
   EXPECT_FALSE(controller.State().flags.grid);
@@ -334,7 +296,7 @@ TEST_F(ViewerInspectionTest, PastesFeedTheRunningPhase) {
   controller.Execute(Command::JumpPasteCoordinate);  // starts the phase, then pastes
   EXPECT_EQ(Part0(), "Jump to X Y: 3 2");
   TypeKeys(controller, U" ");
-  EXPECT_EQ(controller.State().inspect.jump_history.Entries(), (std::vector<PixelPoint>{{3, 2}}));
+  EXPECT_EQ(controller.JumpHistory().Entries(), (std::vector<PixelPoint>{{3, 2}}));
   controller.Execute(Command::FindPasteValue);
   EXPECT_EQ(Part0(), "Find pixel: 203");
   host.clipboard = "hello";
