@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <fstream>
+#include <optional>
+#include <utility>
 
 #include "app/console_feedback.h"
 #include "image/image_gray.h"
@@ -99,13 +101,9 @@ TEST_F(AppStateTest, OpenedPathsCompareIgnoringAsciiCase) {
 TEST_F(AppStateTest, HkReferencesCountFromBothEnds) {
   for (const char* n : {"a", "b", "c"}) AddGray(n);
   const ImageRegistry& r = app.Images();
-  EXPECT_EQ(r.ResolveHkReference(1), 0u);
-  EXPECT_EQ(r.ResolveHkReference(3), 2u);
-  EXPECT_EQ(r.ResolveHkReference(-1), 2u);
-  EXPECT_EQ(r.ResolveHkReference(-3), 0u);
-  EXPECT_FALSE(r.ResolveHkReference(0).has_value());
-  EXPECT_FALSE(r.ResolveHkReference(4).has_value());
-  EXPECT_FALSE(r.ResolveHkReference(-4).has_value());
+  const std::pair<int32_t, std::optional<size_t>> refs[] = {
+      {1, 0}, {3, 2}, {-1, 2}, {-3, 0}, {0, std::nullopt}, {4, std::nullopt}, {-4, std::nullopt}};
+  for (const auto& [ref, index] : refs) EXPECT_EQ(r.ResolveHkReference(ref), index) << ref;
 }
 
 TEST_F(AppStateTest, NewImageCropsWhenThePointerIsInsideTheRegion) {

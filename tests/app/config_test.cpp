@@ -85,213 +85,159 @@ TEST_P(ConfigRejects, ReportsAndKeepsTheDefault) {
   EXPECT_TRUE(values == Defaults());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, ConfigRejects,
-    ::testing::Values(
-        Rejected{"[gui]\nhistogram_max_height=20",
-                 {"[gui]::histogram_max_height: Out-of-range 20 (30..120)"}},
-        Rejected{"[gui]\nhistogram_max_height=8o",
-                 {"[gui]::histogram_max_height: Parse error, undefined 8o"}},
-        Rejected{"[gui]\nhistogram_max_height=  ",
-                 {"[gui]::histogram_max_height: Parse error, empty field"}},
-        Rejected{"[system]\nmax_process_threads=33",
-                 {"[system]::max_process_threads: Out-of-range 33 (-1..32)"}},
-        Rejected{"[system]\nmax_comparison_party=99999999999999999999",
-                 {"[system]::max_comparison_party: Out-of-range 2147483647 (2..8)"}},
-        Rejected{"[gui]\ngrid_mode=maybe", {"[gui]::grid_mode: Out-of-range maybe (0/1)"}},
-        Rejected{"[gui]\ndef_zoom=100.5",
-                 {"[gui]::def_zoom: Out-of-range 100.50 (  0.00..100.00)"}},
-        Rejected{"[gui]\ndef_zoom=-1", {"[gui]::def_zoom: Out-of-range  -1.00 (  0.00..100.00)"}},
-        Rejected{"[gui]\ndef_zoom=1,5", {"[gui]::def_zoom: Parse error, undefined 1,5"}},
-        Rejected{"[gui]\npixel_display_base=oct",
-                 {"[gui]::pixel_display_base: Parse error, undefined oct"}},
-        Rejected{"[dialog_convert]\ntype=cmyk",
-                 {"[dialog_convert]::type: Parse error, undefined cmyk"}},
-        Rejected{"[system]\nwork_path=/no/such/folder",
-                 {"[system]::work_path: Directory '/no/such/folder' isn't valid, ignoring."}},
-        Rejected{"[image]\ntrans_yuv_to_rgb=1, 2, 3",
-                 {"[image]::trans_yuv_to_rgb: Parse error, 12 values expected"}},
-        Rejected{"[image]\ntrans_rgb_to_yuv=1 0 0 0, 0 1 0 0, 0 0 one 0",
-                 {"[image]::trans_rgb_to_yuv: Parse error for element 11 (one)"}},
-        Rejected{"[image]\ntrans_rgb_to_yuv=1 0 0 12.5, 0 1 0 0, 0 0 1 0",
-                 {"[image]::trans_rgb_to_yuv: Parse error for element 4 (12.5)"}},
-        Rejected{"[image]\ntrans_rgb_to_yuv=1 0 0 0, 0 1 0 0, 0 0 1 256",
-                 {"[image]::trans_rgb_to_yuv: Element 12 (256) not in range"}},
-        Rejected{"[gui]\nruler_color=pink",
-                 {"[gui]::ruler_color: Ignoring invalid color 'pink' (1)"}},
-        Rejected{"[gui]\nruler_color=<1;2>, <a;b;c>, <1;2;3",
-                 {"[gui]::ruler_color: Ignoring non-rgb value <1;2> (1)",
-                  "[gui]::ruler_color: Ignoring non-rgb value <a;b;c> (2)",
-                  "[gui]::ruler_color: Ignoring non-rgb value <1;2;3 (3)"}},
-        Rejected{"[gui]\nruler_color=<-1;0;0>",
-                 {"[gui]::ruler_color: Ignoring invalid rgb range <-1;0;0> (1)"}},
-        Rejected{"[gui]\nruler_font=Arial, 2", {"[gui]::ruler_font: Out-of-range 2 (4..200)"}},
-        Rejected{"[gui]\ntab_font=a, 1, 2, 3",
-                 {"[gui]::tab_font: Parse error, undefined a, 1, 2, 3"}},
-        Rejected{"[developer]\nlog_app_msg=3, x.txt",
-                 {"[developer]::log_app_msg: Out-of-range 3 (0..2)"}},
-        // Sections go in their fixed order, whatever the file's order.
-        Rejected{"[system]\nmax_process_threads=33\n[gui]\nhistogram_max_height=20",
-                 {"[gui]::histogram_max_height: Out-of-range 20 (30..120)",
-                  "[system]::max_process_threads: Out-of-range 33 (-1..32)"}},
-        // Not keys: comments, lines before any section, keys of another section.
-        Rejected{"histogram_max_height=50\n[gui]\n;histogram_max_height=50\n  ; grid_mode=1", {}},
-        Rejected{"[gui\nhistogram_max_height=50", {}},
-        Rejected{"[unknown]\nx=1\n[gui]\nno_such_key=5\n[system]\nwork_path", {}}));
-
-struct Accepted {
-  const char* ini;
-  std::function<bool(const ConfigValues&)> check;
+const Rejected kRejected[] = {
+    {"[gui]\nhistogram_max_height=20", {"[gui]::histogram_max_height: Out-of-range 20 (30..120)"}},
+    {"[gui]\nhistogram_max_height=8o", {"[gui]::histogram_max_height: Parse error, undefined 8o"}},
+    {"[gui]\nhistogram_max_height=  ", {"[gui]::histogram_max_height: Parse error, empty field"}},
+    {"[system]\nmax_process_threads=33",
+     {"[system]::max_process_threads: Out-of-range 33 (-1..32)"}},
+    {"[system]\nmax_comparison_party=99999999999999999999",
+     {"[system]::max_comparison_party: Out-of-range 2147483647 (2..8)"}},
+    {"[gui]\ngrid_mode=maybe", {"[gui]::grid_mode: Out-of-range maybe (0/1)"}},
+    {"[gui]\ndef_zoom=100.5", {"[gui]::def_zoom: Out-of-range 100.50 (  0.00..100.00)"}},
+    {"[gui]\ndef_zoom=-1", {"[gui]::def_zoom: Out-of-range  -1.00 (  0.00..100.00)"}},
+    {"[gui]\ndef_zoom=1,5", {"[gui]::def_zoom: Parse error, undefined 1,5"}},
+    {"[gui]\npixel_display_base=oct", {"[gui]::pixel_display_base: Parse error, undefined oct"}},
+    {"[dialog_convert]\ntype=cmyk", {"[dialog_convert]::type: Parse error, undefined cmyk"}},
+    {"[system]\nwork_path=/no/such/folder",
+     {"[system]::work_path: Directory '/no/such/folder' isn't valid, ignoring."}},
+    {"[image]\ntrans_yuv_to_rgb=1, 2, 3",
+     {"[image]::trans_yuv_to_rgb: Parse error, 12 values expected"}},
+    {"[image]\ntrans_rgb_to_yuv=1 0 0 0, 0 1 0 0, 0 0 one 0",
+     {"[image]::trans_rgb_to_yuv: Parse error for element 11 (one)"}},
+    {"[image]\ntrans_rgb_to_yuv=1 0 0 12.5, 0 1 0 0, 0 0 1 0",
+     {"[image]::trans_rgb_to_yuv: Parse error for element 4 (12.5)"}},
+    {"[image]\ntrans_rgb_to_yuv=1 0 0 0, 0 1 0 0, 0 0 1 256",
+     {"[image]::trans_rgb_to_yuv: Element 12 (256) not in range"}},
+    {"[gui]\nruler_color=pink", {"[gui]::ruler_color: Ignoring invalid color 'pink' (1)"}},
+    {"[gui]\nruler_color=<1;2>, <a;b;c>, <1;2;3",
+     {"[gui]::ruler_color: Ignoring non-rgb value <1;2> (1)",
+      "[gui]::ruler_color: Ignoring non-rgb value <a;b;c> (2)",
+      "[gui]::ruler_color: Ignoring non-rgb value <1;2;3 (3)"}},
+    {"[gui]\nruler_color=<-1;0;0>",
+     {"[gui]::ruler_color: Ignoring invalid rgb range <-1;0;0> (1)"}},
+    {"[gui]\nruler_font=Arial, 2", {"[gui]::ruler_font: Out-of-range 2 (4..200)"}},
+    {"[gui]\ntab_font=a, 1, 2, 3", {"[gui]::tab_font: Parse error, undefined a, 1, 2, 3"}},
+    {"[developer]\nlog_app_msg=3, x.txt", {"[developer]::log_app_msg: Out-of-range 3 (0..2)"}},
+    // Sections go in their fixed order, whatever the file's order.
+    {"[system]\nmax_process_threads=33\n[gui]\nhistogram_max_height=20",
+     {"[gui]::histogram_max_height: Out-of-range 20 (30..120)",
+      "[system]::max_process_threads: Out-of-range 33 (-1..32)"}},
+    // Not keys: comments, lines before any section, keys of another section.
+    {"histogram_max_height=50\n[gui]\n;histogram_max_height=50\n  ; grid_mode=1", {}},
+    {"[gui\nhistogram_max_height=50", {}},
+    {"[unknown]\nx=1\n[gui]\nno_such_key=5\n[system]\nwork_path", {}},
 };
 
-void PrintTo(const Accepted& c, std::ostream* os) {
-  *os << c.ini;
-}
+INSTANTIATE_TEST_SUITE_P(Kinds, ConfigRejects, ::testing::ValuesIn(kRejected));
 
-class ConfigAccepts : public ::testing::TestWithParam<Accepted> {};
-
-TEST_P(ConfigAccepts, ReportsNothingAndSetsTheValue) {
-  ConfigValues values;
-  EXPECT_EQ(Apply(GetParam().ini, values), Lines{});
-  EXPECT_TRUE(GetParam().check(values));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, ConfigAccepts,
-    ::testing::Values(
-        Accepted{"[gui]\ndef_zoom=0", [](auto& v) { return v.gui.def_zoom == 0.0; }},
-        Accepted{" [ GUI ] \n  Histogram_Max_Height  =  120  ",
-                 [](auto& v) { return v.gui.histogram_max_height == 120; }},
-        Accepted{"[gui]\nhistogram_max_height=50\nhistogram_max_height=60",
-                 [](auto& v) { return v.gui.histogram_max_height == 60; }},
-        Accepted{"[gui]\ngrid_mode=1\nruler_mode=on\ncoord_ofs_mode=TRUE\npixel_value_mode=yes",
-                 [](auto& v) {
-                   return v.gui.grid_mode && v.gui.ruler_mode && v.gui.coord_ofs_mode &&
-                          v.gui.pixel_value_mode;
-                 }},
-        Accepted{
-            "[system]\nauto_file_naming=0\nauto_check_updates=off",
-            [](auto& v) { return !v.system.auto_file_naming && !v.system.auto_check_updates; }},
-        Accepted{"[system]\nupdate_check_url = http://127.0.0.1:8080/v.txt\n"
-                 "update_download_url=https://example.org/get?a=1;b=2",
-                 [](auto& v) {
-                   return v.system.update_check_url == "http://127.0.0.1:8080/v.txt" &&
-                          v.system.update_download_url == "https://example.org/get?a=1;b=2";
-                 }},
-        Accepted{"[gui]\npixel_display_base=HEX",
-                 [](auto& v) { return v.gui.pixel_display_base == PixelBase::kHex; }},
-        Accepted{"[system]\nmax_process_threads=32\nmax_comparison_party=8\napp_close_prompt=never",
-                 [](auto& v) {
-                   return v.system.max_process_threads == 32 &&
-                          v.system.max_comparison_party == 8 &&
-                          v.system.app_close_prompt == ClosePrompt::kNever;
-                 }},
-        Accepted{"[image]\ndiff_type=mask_abs_delta",
-                 [](auto& v) { return v.image.diff_type == DiffType::kMaskAbsDelta; }},
-        Accepted{"[gui]\ntab_font=Courier_New, 10",
-                 [](auto& v) {
-                   return v.gui.tab_font == FontSpec{"Courier New", 10, 8};
-                 }},
-        Accepted{"[gui]\nruler_font=Tahoma, 20, 9",
-                 [](auto& v) {
-                   return v.gui.ruler_font == FontSpec{"Tahoma", 20, 9};
-                 }},
-        Accepted{
-            "[gui]\nruler_color=<0x10;0x20;0xff>, <1,2,3>, Orange",
-            [](auto& v) {
-              return v.gui.ruler_color == std::vector<Rgb>{{16, 32, 255}, {1, 2, 3}, {255, 165, 0}};
-            }},
-        Accepted{"[gui]\nhistogram_transparent_fg_color=red,red,red,red,red,red,red,red",
-                 [](auto& v) { return v.gui.histogram_transparent_fg_color.size() == 6; }},
-        Accepted{"[image]\ntrans_rgb_to_yuv=[0.3,0.2,0.5,0],[1.3,-0.2,0.7,-128],"
-                 "[0.1,-0.7,-0.2,-255]",
-                 [](auto& v) {
-                   return v.image.trans_rgb_to_yuv == ColorTransform{{{0.3, 0.2, 0.5, 0},
-                                                                      {1.3, -0.2, 0.7, -128},
-                                                                      {0.1, -0.7, -0.2, -255}}} &&
-                          v.image.trans_yuv_to_rgb == kDefaultYuvToRgb;
-                 }},
-        Accepted{
-            "[developer]\nlog_app_msg=2, my.log",
-            [](auto& v) {
-              return v.developer.log_app_msg == LogSetting{true, StampMode::kEveryEntry, "my.log"};
-            }},
-        Accepted{"[dialog_ruler]\ncrd_image=5, 6\ncfg_type=image",
-                 [](auto& v) {
-                   return v.dialog_ruler.crd_image == std::vector<int32_t>{5, 6, 0, 0} &&
-                          v.dialog_ruler.cfg_type == RulerSpacing::kImage;
-                 }},
-        Accepted{"[dialog_open]\ntype=rgb\n[dialog_convert]\ntype=yuv420",
-                 [](auto& v) {
-                   return v.dialog_open.type == ImageTypeChoice::kRgb &&
-                          v.dialog_convert.type == ImageTypeChoice::kYuv420;
-                 }},
-        Accepted{"[dialog_ieval]\ndef_ieval_expr=a=b?1:0",
-                 [](auto& v) { return v.dialog_ieval.def_ieval_expr == "a=b?1:0"; }},
-        Accepted{"[system]\nwork_path=/", [](auto& v) { return v.system.work_path == "/"; }}));
-
-struct Partial {
+// Each case gives the values the file leaves: the defaults with `set` applied.
+struct Applied {
   const char* ini;
   Lines report;
-  std::function<bool(const ConfigValues&)> check;
+  std::function<void(ConfigValues&)> set;
 };
 
-void PrintTo(const Partial& c, std::ostream* os) {
+void PrintTo(const Applied& c, std::ostream* os) {
   *os << c.ini;
 }
 
-class ConfigKeepsGoodParts : public ::testing::TestWithParam<Partial> {};
+class ConfigApplies : public ::testing::TestWithParam<Applied> {};
 
-TEST_P(ConfigKeepsGoodParts, ReportsTheBadOnes) {
+TEST_P(ConfigApplies, SetsTheGoodValuesAndReportsTheBadOnes) {
   ConfigValues values;
   EXPECT_EQ(Apply(GetParam().ini, values), GetParam().report);
-  EXPECT_TRUE(GetParam().check(values));
+  ConfigValues expected = Defaults();
+  GetParam().set(expected);
+  EXPECT_TRUE(values == expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lists, ConfigKeepsGoodParts,
-    ::testing::Values(
-        Partial{"[gui]\nruler_color=red, <300;0;0>, blue",
-                {"[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)"},
-                [](auto& v) {
-                  return v.gui.ruler_color == std::vector<Rgb>{kRed, kBlue};
-                }},
-        Partial{"[gui]\ntab_color_fg_bg_hl=black, nonsense",
-                {"[gui]::tab_color_fg_bg_hl: Ignoring invalid color 'nonsense' (2)"},
-                [](auto& v) {
-                  return v.gui.tab_color_fg_bg_hl ==
-                         std::vector<Rgb>{{0, 0, 0}, {150, 30, 20}, {200, 70, 0}};
-                }},
-        Partial{"[dialog_ruler]\ncrd_image=5, 0, -3, 7, 9",
-                {"[dialog_ruler]::crd_image: Ignoring out-of-range 0 (1..100000)",
-                 "[dialog_ruler]::crd_image: Ignoring out-of-range -3 (0..100000)"},
-                [](auto& v) {
-                  return v.dialog_ruler.crd_image == std::vector<int32_t>{5, 10, 0, 7};
-                }},
-        Partial{"[dialog_ruler]\ncrd_image=5,,7",
-                {},
-                [](auto& v) {
-                  return v.dialog_ruler.crd_image == std::vector<int32_t>{5, 10, 7, 0};
-                }},
-        // A later bad value leaves the earlier good one.
-        Partial{"[gui]\nhistogram_max_height=50\nhistogram_max_height=20",
-                {"[gui]::histogram_max_height: Out-of-range 20 (30..120)"},
-                [](auto& v) { return v.gui.histogram_max_height == 50; }}));
+// clang-format off
+const Applied kApplied[] = {
+    {"[gui]\ndef_zoom=0", {}, [](auto& v) { v.gui.def_zoom = 0.0; }},
+    {" [ GUI ] \n  Histogram_Max_Height  =  120  ", {},
+     [](auto& v) { v.gui.histogram_max_height = 120; }},
+    {"[gui]\nhistogram_max_height=50\nhistogram_max_height=60", {},
+     [](auto& v) { v.gui.histogram_max_height = 60; }},
+    {"[gui]\ngrid_mode=1\nruler_mode=on\ncoord_ofs_mode=TRUE\npixel_value_mode=yes", {},
+     [](auto& v) {
+       v.gui.grid_mode = v.gui.ruler_mode = true;
+       v.gui.coord_ofs_mode = v.gui.pixel_value_mode = true; }},
+    {"[system]\nauto_file_naming=0\nauto_check_updates=off", {},
+     [](auto& v) { v.system.auto_file_naming = v.system.auto_check_updates = false; }},
+    {"[system]\nupdate_check_url = http://127.0.0.1:8080/v.txt\n"
+     "update_download_url=https://example.org/get?a=1;b=2", {}, [](auto& v) {
+       v.system.update_check_url = "http://127.0.0.1:8080/v.txt";
+       v.system.update_download_url = "https://example.org/get?a=1;b=2"; }},
+    {"[gui]\npixel_display_base=HEX", {},
+     [](auto& v) { v.gui.pixel_display_base = PixelBase::kHex; }},
+    {"[system]\nmax_process_threads=32\nmax_comparison_party=8\napp_close_prompt=never", {},
+     [](auto& v) {
+       v.system.max_process_threads = 32;
+       v.system.max_comparison_party = 8;
+       v.system.app_close_prompt = ClosePrompt::kNever; }},
+    {"[image]\ndiff_type=mask_abs_delta", {},
+     [](auto& v) { v.image.diff_type = DiffType::kMaskAbsDelta; }},
+    {"[gui]\ntab_font=Courier_New, 10", {},
+     [](auto& v) { v.gui.tab_font = {"Courier New", 10, 8}; }},
+    {"[gui]\nruler_font=Tahoma, 20, 9", {}, [](auto& v) { v.gui.ruler_font = {"Tahoma", 20, 9}; }},
+    {"[gui]\nruler_color=<0x10;0x20;0xff>, <1,2,3>, Orange", {},
+     [](auto& v) { v.gui.ruler_color = {{16, 32, 255}, {1, 2, 3}, {255, 165, 0}}; }},
+    {"[gui]\nhistogram_transparent_fg_color=red,red,red,red,red,red,red,red", {},
+     [](auto& v) { v.gui.histogram_transparent_fg_color.assign(6, kRed); }},
+    {"[image]\ntrans_rgb_to_yuv=[0.3,0.2,0.5,0],[1.3,-0.2,0.7,-128],[0.1,-0.7,-0.2,-255]", {},
+     [](auto& v) {
+       v.image.trans_rgb_to_yuv = {
+           {{0.3, 0.2, 0.5, 0}, {1.3, -0.2, 0.7, -128}, {0.1, -0.7, -0.2, -255}}}; }},
+    {"[developer]\nlog_app_msg=2, my.log", {},
+     [](auto& v) { v.developer.log_app_msg = {true, StampMode::kEveryEntry, "my.log"}; }},
+    {"[dialog_ruler]\ncrd_image=5, 6\ncfg_type=image", {}, [](auto& v) {
+       v.dialog_ruler.crd_image = {5, 6, 0, 0};
+       v.dialog_ruler.cfg_type = RulerSpacing::kImage; }},
+    {"[dialog_open]\ntype=rgb\n[dialog_convert]\ntype=yuv420", {}, [](auto& v) {
+       v.dialog_open.type = ImageTypeChoice::kRgb;
+       v.dialog_convert.type = ImageTypeChoice::kYuv420; }},
+    {"[dialog_ieval]\ndef_ieval_expr=a=b?1:0", {},
+     [](auto& v) { v.dialog_ieval.def_ieval_expr = "a=b?1:0"; }},
+    {"[system]\nwork_path=/", {}, [](auto& v) { v.system.work_path = "/"; }},
+    // Lists keep their good parts.
+    {"[gui]\nruler_color=red, <300;0;0>, blue",
+     {"[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)"},
+     [](auto& v) { v.gui.ruler_color = {kRed, kBlue}; }},
+    {"[gui]\ntab_color_fg_bg_hl=black, nonsense",
+     {"[gui]::tab_color_fg_bg_hl: Ignoring invalid color 'nonsense' (2)"},
+     [](auto& v) { v.gui.tab_color_fg_bg_hl = {{0, 0, 0}, {150, 30, 20}, {200, 70, 0}}; }},
+    {"[dialog_ruler]\ncrd_image=5, 0, -3, 7, 9",
+     {"[dialog_ruler]::crd_image: Ignoring out-of-range 0 (1..100000)",
+      "[dialog_ruler]::crd_image: Ignoring out-of-range -3 (0..100000)"},
+     [](auto& v) { v.dialog_ruler.crd_image = {5, 10, 0, 7}; }},
+    {"[dialog_ruler]\ncrd_image=5,,7", {},
+     [](auto& v) { v.dialog_ruler.crd_image = {5, 10, 7, 0}; }},
+    // A later bad value leaves the earlier good one.
+    {"[gui]\nhistogram_max_height=50\nhistogram_max_height=20",
+     {"[gui]::histogram_max_height: Out-of-range 20 (30..120)"},
+     [](auto& v) { v.gui.histogram_max_height = 50; }},
+};
+// clang-format on
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ConfigApplies, ::testing::ValuesIn(kApplied));
 
 // --- Loading files ------------------------------------------------------------
 
-TEST(ConfigurationLoad, MissingFileLeavesEveryDefault) {
+class ConfigurationLoad : public ::testing::Test {
+ protected:
   TempDir dir;
-  CConfiguration config(dir.path());
+  CConfiguration config{dir.path()};
+};
+
+TEST_F(ConfigurationLoad, MissingFileLeavesEveryDefault) {
   EXPECT_FALSE(config.Load(dir / "Korvanel.ini"));
   EXPECT_FALSE(config.Loaded());
   EXPECT_TRUE(config.Values() == Defaults(dir.path()));
   EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
 }
 
-TEST(ConfigurationLoad, EachLoadStartsFromTheDefaults) {
-  TempDir dir;
-  CConfiguration config(dir.path());
+TEST_F(ConfigurationLoad, EachLoadStartsFromTheDefaults) {
   ASSERT_TRUE(config.Load(dir.Write("a.ini", "[gui]\ngrid_mode=1\n")));
   ASSERT_TRUE(config.Load(dir.Write("b.ini", "[gui]\nruler_mode=1\n")));
   EXPECT_FALSE(config.Values().gui.grid_mode);
@@ -301,36 +247,29 @@ TEST(ConfigurationLoad, EachLoadStartsFromTheDefaults) {
   EXPECT_TRUE(config.Values().gui.ruler_mode) << "a missing file keeps what the last one set";
 }
 
-TEST(ConfigurationLoad, CleanFileWritesNoWarningLog) {
-  TempDir dir;
-  CConfiguration config(dir.path());
+TEST_F(ConfigurationLoad, CleanFileWritesNoWarningLog) {
   ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[gui]\r\ndef_zoom=0\r\n")));
   EXPECT_EQ(config.Values().gui.def_zoom, 0.0);
   EXPECT_FALSE(std::filesystem::exists(dir / kConfigErrorLogName));
 }
 
-TEST(ConfigurationLoad, WritesRejectionsAsOneEntryAndAppends) {
-  TempDir dir;
-  CConfiguration config(dir.path());
+TEST_F(ConfigurationLoad, WritesRejectionsAsOneEntryAndAppends) {
   config.Logs().config_errors.SetStampSource(FixedStamp);
   const std::filesystem::path ini = dir.Write(
       "Korvanel.ini", "[gui]\nhistogram_max_height=20\nruler_color=red, <300;0;0>, blue\n");
   ASSERT_TRUE(config.Load(ini));
   ASSERT_TRUE(config.Load(ini));
-  EXPECT_EQ(ReadWholeFile(dir / kConfigErrorLogName),
-            StampedSessionStart() + kEntryRule + "\nEntry 1: " + ini.string() +
-                "\n[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)\n"
-                "[gui]::histogram_max_height: Out-of-range 20 (30..120)\n\n" +
-                kEntryRule + "\nEntry 2: " + ini.string() +
-                "\n[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)\n"
-                "[gui]::histogram_max_height: Out-of-range 20 (30..120)\n\n");
+  const auto entry = [&](int n) {
+    return kEntryRule + "\nEntry " + std::to_string(n) + ": " + ini.string() +
+           "\n[gui]::ruler_color: Ignoring invalid rgb range <300;0;0> (2)\n"
+           "[gui]::histogram_max_height: Out-of-range 20 (30..120)\n\n";
+  };
+  EXPECT_EQ(ReadWholeFile(dir / kConfigErrorLogName), StampedSessionStart() + entry(1) + entry(2));
   EXPECT_EQ(config.Values().gui.histogram_max_height, 80);
 }
 
-TEST(ConfigurationLoad, WorkPathMovesEveryLog) {
-  TempDir dir;
+TEST_F(ConfigurationLoad, WorkPathMovesEveryLog) {
   std::filesystem::create_directory(dir / "work");
-  CConfiguration config(dir.path());
   ASSERT_TRUE(config.Load(dir.Write(
       "Korvanel.ini", "[gui]\ngrid_mode=5\n[system]\nwork_path=" + (dir / "work").string() +
                           "\n[developer]\nlog_app_msg=2, app.txt\n")));
@@ -341,9 +280,7 @@ TEST(ConfigurationLoad, WorkPathMovesEveryLog) {
   EXPECT_FALSE(std::filesystem::exists(dir / kConfigErrorLogName));
 }
 
-TEST(ConfigurationLoad, InvalidWorkPathKeepsTheProgramFolder) {
-  TempDir dir;
-  CConfiguration config(dir.path());
+TEST_F(ConfigurationLoad, InvalidWorkPathKeepsTheProgramFolder) {
   config.Logs().config_errors.SetStampSource(FixedStamp);
   const std::filesystem::path ini = dir.Write("Korvanel.ini", "[system]\nwork_path=/no/such\n");
   ASSERT_TRUE(config.Load(ini));
@@ -354,10 +291,8 @@ TEST(ConfigurationLoad, InvalidWorkPathKeepsTheProgramFolder) {
                 "\n[system]::work_path: Directory '/no/such' isn't valid, ignoring.\n\n");
 }
 
-TEST(ConfigurationLoad, LoggingOffCreatesNothingInTheWorkPath) {
-  TempDir dir;
+TEST_F(ConfigurationLoad, LoggingOffCreatesNothingInTheWorkPath) {
   std::filesystem::create_directory(dir / "work");
-  CConfiguration config(dir.path());
   ASSERT_TRUE(config.Load(
       dir.Write("Korvanel.ini", "[system]\nwork_path=" + (dir / "work").string() +
                                     "\n[developer]\nlog_app_msg=0\ndebug_batch_error_log=0\n"
@@ -370,9 +305,7 @@ TEST(ConfigurationLoad, LoggingOffCreatesNothingInTheWorkPath) {
   EXPECT_TRUE(std::filesystem::is_empty(dir / "work"));
 }
 
-TEST(ConfigurationLoad, OverlongLineIsReportedAndIgnored) {
-  TempDir dir;
-  CConfiguration config(dir.path());
+TEST_F(ConfigurationLoad, OverlongLineIsReportedAndIgnored) {
   const std::string huge = "histogram_max_height=50" + std::string(100000, ' ');
   ASSERT_TRUE(config.Load(dir.Write("Korvanel.ini", "[gui]\n" + huge + "\ngrid_mode=1\n")));
   EXPECT_EQ(config.Rejections(), (Lines{"Line 2 is longer than 65536 characters, ignored"}));
@@ -380,18 +313,15 @@ TEST(ConfigurationLoad, OverlongLineIsReportedAndIgnored) {
   EXPECT_TRUE(config.Values().gui.grid_mode);
 }
 
-TEST(ConfigurationLoad, BinaryGarbageNeverStopsTheLoad) {
-  TempDir dir;
+TEST_F(ConfigurationLoad, BinaryGarbageNeverStopsTheLoad) {
   std::string garbage;
   for (int i = 0; i < 5000; ++i) garbage.push_back(static_cast<char>((i * 7919) % 256));
-  CConfiguration config(dir.path());
   EXPECT_TRUE(config.Load(dir.Write("Korvanel.ini", "[gui]\n" + garbage)));
 }
 
 // A pipe or a link to /dev/zero named Korvanel.ini is reported like any other
 // problem of the file and leaves the defaults; it never blocks the start.
-TEST(ConfigurationLoad, NoRegularFileIsReportedWithoutBlocking) {
-  TempDir dir;
+TEST_F(ConfigurationLoad, NoRegularFileIsReportedWithoutBlocking) {
   mkfifo((dir / "fifo.ini").c_str(), 0600);
   std::filesystem::create_symlink("/dev/zero", dir / "zero.ini");
   for (const char* name : {"fifo.ini", "zero.ini"}) {

@@ -193,12 +193,6 @@ TEST_F(CommandsTest, FilterRefusals) {
   EXPECT_EQ(app.Images().Count(), 20u);
 }
 
-}  // namespace
-}  // namespace korvanel
-
-namespace korvanel {
-namespace {
-
 TEST_F(CommandsTest, ConvertReportsEachParseFailureUnderItsTitle) {
   Add(Filled<CImageGray>(8, 4, 4, Ramp), "/p/frame.y8");
   ConvertCommand command;

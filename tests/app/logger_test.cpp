@@ -64,9 +64,13 @@ INSTANTIATE_TEST_SUITE_P(
                                 "Session start [Monday, March 3, 2025 :: 14:05:09]",
                                 "Entry 1 [Monday, March 3, 2025 :: 14:05:09]: "}));
 
-TEST(Logger, EmptyTitleOpensOnlyTheSession) {
+class Logger : public ::testing::Test {
+ protected:
   TempDir dir;
   CLogger log = MakeLogger(dir, StampMode::kNone);
+};
+
+TEST_F(Logger, EmptyTitleOpensOnlyTheSession) {
   log.BeginEntry("");
   log.AddLine("plain");
   log.BeginEntry("");
@@ -74,7 +78,7 @@ TEST(Logger, EmptyTitleOpensOnlyTheSession) {
   EXPECT_EQ(ReadWholeFile(dir / "log.txt"), kSessionRule + "\nSession start\nplain\n\n");
 }
 
-TEST(Logger, TwoSessionsAppendToTheSameFile) {
+TEST(LoggerSessions, TwoSessionsAppendToTheSameFile) {
   TempDir dir;
   dir.Write("log.txt", "older content\n");
   for (int session = 0; session < 2; ++session) {
@@ -87,19 +91,15 @@ TEST(Logger, TwoSessionsAppendToTheSameFile) {
   EXPECT_EQ(ReadWholeFile(dir / "log.txt"), "older content\n" + one_session + one_session);
 }
 
-TEST(Logger, ReplacesTheFileWhenAppendIsOff) {
-  TempDir dir;
+TEST_F(Logger, ReplacesTheFileWhenAppendIsOff) {
   dir.Write("log.txt", "older content\n");
-  CLogger log = MakeLogger(dir, StampMode::kNone);
   log.SetAppend(false);
   log.AddLine("a");
   log.Flush();
   EXPECT_EQ(ReadWholeFile(dir / "log.txt"), "a\n\n");
 }
 
-TEST(Logger, DisabledLoggerKeepsNothingAndCreatesNoFile) {
-  TempDir dir;
-  CLogger log = MakeLogger(dir, StampMode::kSession);
+TEST_F(Logger, DisabledLoggerKeepsNothingAndCreatesNoFile) {
   log.SetEnabled(false);
   log.BeginEntry("title");
   log.AddLine("line");
@@ -109,9 +109,7 @@ TEST(Logger, DisabledLoggerKeepsNothingAndCreatesNoFile) {
   EXPECT_FALSE(std::filesystem::exists(dir / "log.txt"));
 }
 
-TEST(Logger, FlushWithoutLinesOrWithFlushingOffWritesNothing) {
-  TempDir dir;
-  CLogger log = MakeLogger(dir, StampMode::kNone);
+TEST_F(Logger, FlushWithoutLinesOrWithFlushingOffWritesNothing) {
   log.Flush();
   EXPECT_FALSE(std::filesystem::exists(dir / "log.txt"));
   log.SetFlushEnabled(false);
@@ -123,9 +121,7 @@ TEST(Logger, FlushWithoutLinesOrWithFlushingOffWritesNothing) {
   EXPECT_EQ(ReadWholeFile(dir / "log.txt"), "held\n\n");
 }
 
-TEST(Logger, UnwritablePathIsSkippedSilently) {
-  TempDir dir;
-  CLogger log = MakeLogger(dir, StampMode::kNone);
+TEST_F(Logger, UnwritablePathIsSkippedSilently) {
   log.SetPath(dir / "no_such_folder" / "log.txt");
   log.BeginEntry("x");
   log.Flush();
@@ -133,9 +129,7 @@ TEST(Logger, UnwritablePathIsSkippedSilently) {
   EXPECT_FALSE(std::filesystem::exists(dir / "no_such_folder"));
 }
 
-TEST(Logger, ServesAsALineSink) {
-  TempDir dir;
-  CLogger log = MakeLogger(dir, StampMode::kNone);
+TEST_F(Logger, ServesAsALineSink) {
   ILineSink& sink = log;
   sink.BeginEntry("Loading /x/a.yuv");
   sink.AddLine("Parse error [#3]: Illegal BPP 12");

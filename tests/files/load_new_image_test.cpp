@@ -24,6 +24,14 @@ class LoadNewImageTest : public ::testing::Test {
     log.lines.clear();
     return LoadNewImage(path, rules, log);
   }
+  // One format group: a name pattern, a size and the formats tried in order.
+  static std::string Group(const std::string& pattern, const std::string& width,
+                           const std::string& height, std::initializer_list<const char*> formats) {
+    std::string text = "<format_group>\nfile_pattern = [" + pattern + "]\nwidth = " + width +
+                       "\nheight = " + height + "\n";
+    for (const char* format : formats) text += std::string("format = [],") + format + "\n";
+    return text + "</format_group>\n";
+  }
   static std::vector<uint8_t> Ramp(size_t n) {
     std::vector<uint8_t> bytes(n);
     for (size_t i = 0; i < n; ++i) bytes[i] = static_cast<uint8_t>(i);
@@ -92,9 +100,7 @@ TEST_F(LoadNewImageTest, ASizeMismatchFallsThroughToTheNextFormatAndGroup) {
 }
 
 TEST_F(LoadNewImageTest, OffsetsFromBothEnds) {
-  Rules(
-      "<format_group>\nfile_pattern = [head.*]\nwidth = 2\nheight = 2\nformat = [],8,P,Y,8\n</format_group>\n"
-      "<format_group>\nfile_pattern = [tail.*]\nwidth = 2\nheight = 1\nformat = [],-4,P,Y,16\n</format_group>\n");
+  Rules(Group("head.*", "2", "2", {"8,P,Y,8"}) + Group("tail.*", "2", "1", {"-4,P,Y,16"}));
   LoadedImage head = Open(dir.WriteBytes("head.bin", Ramp(100)));
   ASSERT_NE(head.image, nullptr);
   EXPECT_EQ(At(head, 0, 0), 8u);
@@ -106,23 +112,19 @@ TEST_F(LoadNewImageTest, OffsetsFromBothEnds) {
 }
 
 TEST_F(LoadNewImageTest, OffsetProblemsEndTheOpen) {
-  Rules(
-      "<format_group>\nfile_pattern = []\nwidth = 4\nheight = 4\n"
-      "format = [],12,P,Y,8\nformat = [],P,Y,8\n</format_group>\n");
+  Rules(Group("", "4", "4", {"12,P,Y,8", "P,Y,8"}));
   const std::string path = dir.WriteBytes("short.bin", Ramp(20));
   EXPECT_EQ(Open(path).image, nullptr);
   EXPECT_EQ(log.lines.back(),
             "Can't load path " + path + " (ofs = 12, expected raw size = 16, file size = 20 bytes)");
   const std::string empty = dir.WriteBytes("empty.bin", {});
-  Rules("<format_group>\nfile_pattern = []\nwidth = 4\nheight = 4\nformat = [],P,Y,8\n</format_group>\n");
+  Rules(Group("", "4", "4", {"P,Y,8"}));
   EXPECT_EQ(Open(empty).image, nullptr);
   EXPECT_EQ(log.lines.back(), "Can't load path " + empty + " (file size = 0 bytes)");
 }
 
 TEST_F(LoadNewImageTest, AsciiEntriesFindTheirOwnSize) {
-  Rules(
-      "<format_group>\nfile_pattern = [.*\\.csv]\nwidth = 1\nheight = 1\n"
-      "format = [],A,P,Y,-16\nformat = [],A,P,Y,16\n</format_group>\n");
+  Rules(Group(".*\\.csv", "1", "1", {"A,P,Y,-16", "A,P,Y,16"}));
   const std::string path = dir.Write("m.csv", "1, 2, 3\n4, 5, 600\n");
   LoadedImage loaded = Open(path);
   ASSERT_NE(loaded.image, nullptr);
@@ -136,7 +138,7 @@ TEST_F(LoadNewImageTest, AsciiEntriesFindTheirOwnSize) {
 }
 
 TEST_F(LoadNewImageTest, TheDirectExpressionComesFirst) {
-  Rules("<format_group>\nfile_pattern = []\nwidth = 2\nheight = 2\nformat = [],P,Y,8\n</format_group>\n");
+  Rules(Group("", "2", "2", {"P,Y,8"}));
   ASSERT_TRUE(SetDirectExpression("p,y,16", 2, 1, rules.direct, log));
   LoadedImage loaded = Open(dir.WriteBytes("x.bin", Ramp(4)));
   ASSERT_NE(loaded.image, nullptr);
@@ -144,10 +146,8 @@ TEST_F(LoadNewImageTest, TheDirectExpressionComesFirst) {
 }
 
 TEST_F(LoadNewImageTest, PartialNameMatchesAndBadRegexesDoNotCount) {
-  Rules(
-      "<format_group>\nfile_pattern = [cam]\nwidth = 2\nheight = 2\nformat = [],P,Y,8\n</format_group>\n"
-      "<format_group>\nfile_pattern = [(]\nwidth = 2\nheight = 2\nformat = [],P,Y,8\n</format_group>\n"
-      "<format_group>\nfile_pattern = []\nwidth = [x_(\\d+)],$3\nheight = 2\nformat = [],P,Y,8\n</format_group>\n");
+  Rules(Group("cam", "2", "2", {"P,Y,8"}) + Group("(", "2", "2", {"P,Y,8"}) +
+        Group("", "[x_(\\d+)],$3", "2", {"P,Y,8"}));
   const std::string path = dir.WriteBytes("x_2cam", Ramp(4));
   EXPECT_EQ(Open(path).image, nullptr);
   EXPECT_EQ(log.lines, (Lines{"## LoadNewImage", "Trying to load " + path, "File name: x_2cam",
@@ -168,7 +168,7 @@ TEST_F(LoadNewImageTest, AFrameLargerThanTheMemoryLeftIsRefusedBeforeReading) {
 }
 
 TEST_F(LoadNewImageTest, ASizeThatCannotFitIsNotRead) {
-  Rules("<format_group>\nfile_pattern = []\nwidth = 2\nheight = 2\nformat = [],P,Y,16\n</format_group>\n");
+  Rules(Group("", "2", "2", {"P,Y,16"}));
   const std::string path = dir.WriteBytes("odd.bin", Ramp(5));
   EXPECT_EQ(Open(path).image, nullptr);
   EXPECT_EQ(log.lines[3], "Matched regex file_pattern/1 [odd.bin]");

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "image/image_diff.h"
 #include "image/image_filter.h"
 #include "image/image_gray.h"
@@ -117,81 +119,58 @@ TEST(ApplyFilter, CancelStopsAfterTheCurrentRow) {
   EXPECT_EQ(observer.counted, 4u);
 }
 
-struct DiffCase {
-  uint32_t code;
-  std::vector<uint32_t> expected;
-};
+// The 8-bit difference image of `code` over `region` (default: all of it).
+std::vector<uint32_t> Diff(const CImageConcreteBase& left, const CImageConcreteBase& right,
+                           uint32_t code, std::optional<Rect> region = {}) {
+  Plane out;
+  uint32_t w = 0, h = 0;
+  left.GetSize(w, h);
+  EXPECT_TRUE(out.Allocate(8, w, h, true));
+  EXPECT_TRUE(DiffBand(left, right, code, region.value_or(Whole(left)), out, {}));
+  return test::PlaneSamples(out);
+}
+
+using Samples = std::vector<uint32_t>;
 
 TEST(DiffBand, GreyRulesAtEveryDepth) {
   // 8 bits cannot hold 1000: that depth is checked with its own values below.
   for (uint32_t bits : {16u, 32u}) {
     auto left = FromValues<CImageGray>(bits, 4, 1, {{0, 5, 1000, 7}});
     auto right = FromValues<CImageGray>(bits, 4, 1, {{0, 9, 0, 7}});
-    for (const DiffCase& c : {DiffCase{0, {0, 255, 255, 0}}, DiffCase{1, {0, 4, 255, 0}},
-                              DiffCase{2, {0, 255, 255, 0}}, DiffCase{3, {0, 4, 255, 0}}}) {
-      Plane out;
-      ASSERT_TRUE(out.Allocate(8, 4, 1, true));
-      ASSERT_TRUE(DiffBand(*left, *right, c.code, Whole(*left), out, {}));
-      for (uint32_t x = 0; x < 4; ++x) EXPECT_EQ(out.SampleAt(x, 0), c.expected[x]) << bits << "/" << c.code;
+    const Samples expected[] = {{0, 255, 255, 0}, {0, 4, 255, 0}, {0, 255, 255, 0}, {0, 4, 255, 0}};
+    for (uint32_t code = 0; code < 4; ++code) {
+      EXPECT_EQ(Diff(*left, *right, code), expected[code]) << bits << "/" << code;
     }
   }
   auto a = FromValues<CImageGray>(8, 2, 1, {{200, 3}});
   auto b = FromValues<CImageGray>(8, 2, 1, {{3, 200}});
-  Plane out;
-  ASSERT_TRUE(out.Allocate(8, 2, 1, true));
-  ASSERT_TRUE(DiffBand(*a, *b, 1, Whole(*a), out, {}));
-  EXPECT_EQ(out.SampleAt(0, 0), 197u);
-  EXPECT_EQ(out.SampleAt(1, 0), 197u);
+  EXPECT_EQ(Diff(*a, *b, 1), (Samples{197, 197}));
 }
 
 TEST(DiffBand, ThreeComponentsTakeTheLargestDelta) {
   auto left = FromValues<CImageRgb>(16, 2, 1, {{10, 10}, {20, 20}, {30, 30}});
   auto right = FromValues<CImageRgb>(16, 2, 1, {{10, 12}, {20, 20}, {30, 90}});
-  Plane out;
-  ASSERT_TRUE(out.Allocate(8, 2, 1, true));
-  ASSERT_TRUE(DiffBand(*left, *right, 1, Whole(*left), out, {}));
-  EXPECT_EQ(out.SampleAt(0, 0), 0u);
-  EXPECT_EQ(out.SampleAt(1, 0), 60u);
-  ASSERT_TRUE(DiffBand(*left, *right, 0, Whole(*left), out, {}));
-  EXPECT_EQ(out.SampleAt(1, 0), 255u);
+  EXPECT_EQ(Diff(*left, *right, 1), (Samples{0, 60}));
+  EXPECT_EQ(Diff(*left, *right, 0), (Samples{0, 255}));
 }
 
 TEST(DiffBand, MaskedCodesWriteOnlyPixelsInBothMasks) {
   auto left = FromValues<CImageGray>(8, 4, 1, {{1, 2, 3, 4}});
   auto right = FromValues<CImageGray>(8, 4, 1, {{9, 9, 9, 9}});
   // Without masks the masked code behaves as the plain one.
-  Plane out;
-  ASSERT_TRUE(out.Allocate(8, 4, 1, true));
-  ASSERT_TRUE(DiffBand(*left, *right, 2, Whole(*left), out, {}));
-  EXPECT_EQ(out.SampleAt(3, 0), 255u);
-
-  ASSERT_TRUE(Filter(*left, "1-3", "0", false));   // pixels 0..2 in
-  ASSERT_TRUE(Filter(*right, "*", "0", false));    // all in
-  ASSERT_TRUE(out.Allocate(8, 4, 1, true));
-  ASSERT_TRUE(DiffBand(*left, *right, 3, Whole(*left), out, {}));
-  EXPECT_EQ(out.SampleAt(0, 0), 8u);
-  EXPECT_EQ(out.SampleAt(2, 0), 6u);
-  EXPECT_EQ(out.SampleAt(3, 0), 0u) << "masked out in the left image: left at its initial value";
+  EXPECT_EQ(Diff(*left, *right, 2), (Samples{255, 255, 255, 255}));
+  ASSERT_TRUE(Filter(*left, "1-3", "0", false));  // pixels 0..2 in
+  ASSERT_TRUE(Filter(*right, "*", "0", false));   // all in
+  // Masked out in the left image: left at its initial value.
+  EXPECT_EQ(Diff(*left, *right, 3), (Samples{8, 7, 6, 0}));
 }
 
 TEST(DiffBand, OnlyTheRegionIsWritten) {
   auto left = FromValues<CImageGray>(8, 3, 3, {std::vector<uint32_t>(9, 1)});
   auto right = FromValues<CImageGray>(8, 3, 3, {std::vector<uint32_t>(9, 2)});
-  Plane out;
-  ASSERT_TRUE(out.Allocate(8, 3, 3, true));
-  ASSERT_TRUE(DiffBand(*left, *right, 0, {1, 1, 2, 1}, out, {}));
-  EXPECT_EQ(out.SampleAt(1, 1), 255u);
-  EXPECT_EQ(out.SampleAt(2, 1), 255u);
-  EXPECT_EQ(out.SampleAt(0, 1), 0u);
-  EXPECT_EQ(out.SampleAt(1, 0), 0u);
-  EXPECT_EQ(out.SampleAt(1, 2), 0u);
+  EXPECT_EQ(Diff(*left, *right, 0, Rect{1, 1, 2, 1}), (Samples{0, 0, 0, 0, 255, 255, 0, 0, 0}));
 }
 
-}  // namespace
-}  // namespace korvanel
-
-namespace korvanel {
-namespace {
 
 TEST(ApplyFilter, KeepingOnlyTheTablesShowsTheSameValues) {
   // Two identical RGB images, one of them trading its shown copy for tables.

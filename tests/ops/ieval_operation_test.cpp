@@ -155,13 +155,16 @@ TEST(ImageEvalOperationTest, OnlyTheRegionIsEvaluatedAndTheRestIsImageOne) {
                                    30, 31, 32, 33, 34}));
 }
 
+// Mistakes in the request or any stage stop the run before it starts.
 TEST(ImageEvalOperationTest, RequestMistakesAreSingleMessages) {
   auto grey = Gray(8, 2, 2, [](uint32_t, uint32_t) { return 5; });
   auto rgb = MakeImage<CImageRgb>(8, 2, 2);
+  auto wider = Gray(8, 3, 2, [](uint32_t, uint32_t) { return 5; });
   JobRunner runner(nullptr);
   struct Case {
     IEvalRequest request;
-    const char* messages;
+    std::string messages;
+    std::vector<const CImageConcreteBase*> images;
   };
   IEvalRequest two_values = Request("i");
   two_values.out_of_range = "1;2";
@@ -169,49 +172,32 @@ TEST(ImageEvalOperationTest, RequestMistakesAreSingleMessages) {
   too_big.out_of_range = "1;300;2";
   IEvalRequest not_number = Request("i");
   not_number.out_of_range = "abc";
+  const std::string error = "[Image Evaluator]: I-Eval error: ";
+  const std::vector<const CImageConcreteBase*> both = {grey.get(), rgb.get()};
   const Case cases[] = {
-      {two_values, "[Image Evaluator]: I-Eval error: Must enter 1 or 3 components\n"},
-      {too_big,
-       "[Image Evaluator]: I-Eval error: '300' for comp 2 isn't valid number or bpp out-of-range\n"},
-      {not_number,
-       "[Image Evaluator]: I-Eval error: 'abc' for comp 1 isn't valid number or bpp out-of-range\n"},
-      {Request("{i", ""), "[Image Evaluator]: I-Eval error: Missing '}' for the stage starting at pos 0\n"},
-      {Request("i", "3"), "[Image Evaluator]: I-Eval error: Illegal output override list '3'\n"},
+      {two_values, error + "Must enter 1 or 3 components\n", both},
+      {too_big, error + "'300' for comp 2 isn't valid number or bpp out-of-range\n", both},
+      {not_number, error + "'abc' for comp 1 isn't valid number or bpp out-of-range\n", both},
+      {Request("{i", ""), error + "Missing '}' for the stage starting at pos 0\n", both},
+      {Request("i", "3"), error + "Illegal output override list '3'\n", both},
       {Request("{i;i;i}", "1"),
        "[I-Eval error]: Error(s) in I-Eval #1:\n"
-       "Can't replace image 1 of a single component by a 3 channel output\n"},
+       "Can't replace image 1 of a single component by a 3 channel output\n",
+       both},
+      {Request("{i1+i2}"), error + "The images must be non-empty and of one size\n",
+       {grey.get(), wider.get()}},
+      {Request("{i+1} {i[x y]} {foo}"),
+       "[I-Eval error]: Error(s) in I-Eval #2:\nNo XY separator for expr. starting at pos 0\n"
+       "Error(s) in I-Eval #3:\nCan't parse foo at pos 0\nUnknown variable: foo\n",
+       {grey.get()}},
   };
   for (const Case& c : cases) {
-    const IEvalResult result = RunImageEval(c.request, {grey.get(), rgb.get()}, runner);
+    const IEvalResult result = RunImageEval(c.request, c.images, runner);
     EXPECT_FALSE(result.ok);
+    EXPECT_FALSE(result.aborted);
     EXPECT_TRUE(result.outputs.empty());
     EXPECT_EQ(Messages(result), c.messages);
   }
-}
-
-TEST(ImageEvalOperationTest, ImagesOfAnotherSizeAreRefused) {
-  auto grey = Gray(8, 2, 2, [](uint32_t, uint32_t) { return 5; });
-  auto wider = Gray(8, 3, 2, [](uint32_t, uint32_t) { return 5; });
-  JobRunner runner(nullptr);
-  const IEvalResult result = RunImageEval(Request("{i1+i2}"), {grey.get(), wider.get()}, runner);
-  EXPECT_FALSE(result.ok);
-  EXPECT_EQ(Messages(result),
-            "[Image Evaluator]: I-Eval error: The images must be non-empty and of one size\n");
-}
-
-TEST(ImageEvalOperationTest, CompileErrorsOfAnyStageStopTheRunBeforeItStarts) {
-  auto grey = Gray(8, 2, 2, [](uint32_t, uint32_t) { return 5; });
-  JobRunner runner(nullptr);
-  const IEvalResult result = RunImageEval(Request("{i+1} {i[x y]} {foo}"), {grey.get()}, runner);
-  EXPECT_FALSE(result.ok);
-  EXPECT_FALSE(result.aborted);
-  EXPECT_TRUE(result.outputs.empty());
-  EXPECT_EQ(Messages(result),
-            "[I-Eval error]: Error(s) in I-Eval #2:\n"
-            "No XY separator for expr. starting at pos 0\n"
-            "Error(s) in I-Eval #3:\n"
-            "Can't parse foo at pos 0\n"
-            "Unknown variable: foo\n");
 }
 
 TEST(ImageEvalOperationTest, ARunTimeErrorAbortsWithItsPixel) {

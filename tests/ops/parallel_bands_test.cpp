@@ -63,21 +63,22 @@ void ExpectSamePlanes(const CImageConcreteBase& a, const CImageConcreteBase& b, 
   }
 }
 
+struct FrameCase {
+  const char* expression;
+  uint32_t width;
+  uint32_t height;
+};
+
 // Interleaved files unpacked in bands on three workers give the planes the
 // sequential unpack gives, for odd widths and every depth.
 TEST(ParallelUnpackTest, BandsOnThePoolMatchTheSequentialUnpack) {
-  struct Case {
-    const char* expression;
-    uint32_t width;
-    uint32_t height;
-  };
-  const Case cases[] = {
+  const FrameCase cases[] = {
       {"I,YUYV,8", 1030, 400},   {"I,UYVY,-16", 1030, 400}, {"I,BGR,8", 1031, 401},
       {"I,RGB,16", 777, 333},    {"I,YYYYUV,8", 2048, 401},
   };
   WorkerPool pool(3);
   JobRunner jobs(&pool);
-  for (const Case& c : cases) {
+  for (const FrameCase& c : cases) {
     const FormatExpression format = Format(c.expression);
     const std::vector<uint8_t> bytes = FrameBytes(format, c.width, c.height);
     CountingRunner runner(jobs);
@@ -103,19 +104,14 @@ TEST(ParallelUnpackTest, SmallImagesStayOnTheCallingThread) {
 // byte, for every image class and depth, with sizes that do not divide into
 // the bands evenly.
 TEST(ParallelRenditionTest, BandBuiltRenditionsEqualTheSingleThreadOnes) {
-  struct Case {
-    const char* expression;
-    uint32_t width;
-    uint32_t height;
-  };
-  const Case cases[] = {
+  const FrameCase cases[] = {
       {"P,Y,8", 301, 257},      {"P,Y,16", 299, 263},       {"P,Y,-32", 257, 301},
       {"I,RGB,8", 311, 251},    {"P,R,G,B,16", 263, 255},   {"I,YUYV,8", 302, 259},
       {"PI,YYYYUV,8", 306, 258}, {"P,Y,U,V,16", 281, 263},  {"I,UYVY,-16", 290, 271},
   };
   WorkerPool pool(3);
   JobRunner jobs(&pool);
-  for (const Case& c : cases) {
+  for (const FrameCase& c : cases) {
     const FormatExpression format = Format(c.expression);
     const std::vector<uint8_t> bytes = FrameBytes(format, c.width, c.height);
     auto banded = Load(format, bytes, c.width, c.height, nullptr);

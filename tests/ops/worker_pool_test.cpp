@@ -29,19 +29,9 @@ class ScriptedJob : public IImageProcessorThread {
       thread = std::this_thread::get_id();
     }
     if (started != nullptr) started->count_down();
-    if (wait_aborted != nullptr) {
-      const auto give_up = std::chrono::steady_clock::now() + 20s;
-      while (!wait_aborted->Aborted() && std::chrono::steady_clock::now() < give_up) {
-        std::this_thread::sleep_for(1ms);
-      }
-    }
-    if (wait_for_cancel) {
-      // Bounded so that a broken cancel fails the test instead of hanging it.
-      const auto give_up = std::chrono::steady_clock::now() + 20s;
-      while (!CancelRequested(flag) && std::chrono::steady_clock::now() < give_up) {
-        std::this_thread::sleep_for(1ms);
-      }
-    }
+    // Bounded so that a broken cancel fails the test instead of hanging it.
+    if (wait_aborted != nullptr) WaitUntil([&] { return wait_aborted->Aborted(); });
+    if (wait_for_cancel) WaitUntil([&] { return CancelRequested(flag); });
     saw_cancel = CancelRequested(flag);
     AddProgress(progress_step);
     if (after_progress != nullptr) after_progress->WaitFor(20s);
@@ -51,6 +41,12 @@ class ScriptedJob : public IImageProcessorThread {
   void SetCancelFlag(const CancelFlag* f) override {
     flag = f;
     got_flag = f != nullptr;
+  }
+
+  template <typename Done>
+  static void WaitUntil(Done done) {
+    const auto give_up = std::chrono::steady_clock::now() + 20s;
+    while (!done() && std::chrono::steady_clock::now() < give_up) std::this_thread::sleep_for(1ms);
   }
 
   std::atomic<int> runs{0};
@@ -74,6 +70,12 @@ std::vector<IImageProcessorThread*> Pointers(std::vector<ScriptedJob>& jobs) {
   return out;
 }
 
+std::vector<int> Runs(const std::vector<ScriptedJob>& jobs) {
+  std::vector<int> out;
+  for (const ScriptedJob& job : jobs) out.push_back(job.runs.load());
+  return out;
+}
+
 // --- band split -------------------------------------------------------------
 
 struct SplitCase {
@@ -84,6 +86,7 @@ struct SplitCase {
 };
 
 TEST(SplitRegionTest, CutsRowsOrColumnsWithTheRemainderLast) {
+  // clang-format off
   const SplitCase cases[] = {
       {"wide 10x7 on 3: columns 3,3,4", {0, 0, 9, 6}, 3, {{0, 0, 2, 6}, {3, 0, 5, 6}, {6, 0, 9, 6}}},
       {"square 7x7 on 2: rows 3,4", {0, 0, 6, 6}, 2, {{0, 0, 6, 2}, {0, 3, 6, 6}}},
@@ -92,11 +95,10 @@ TEST(SplitRegionTest, CutsRowsOrColumnsWithTheRemainderLast) {
       {"more jobs than rows", {0, 0, 1, 2}, 5, {kEmptyBand, kEmptyBand, kEmptyBand, kEmptyBand, {0, 0, 1, 2}}},
       {"more jobs than columns", {3, 0, 5, 1}, 4, {kEmptyBand, kEmptyBand, kEmptyBand, {3, 0, 5, 1}}},
       {"exact division", {0, 0, 3, 7}, 4, {{0, 0, 3, 1}, {0, 2, 3, 3}, {0, 4, 3, 5}, {0, 6, 3, 7}}},
-      {"rect at the end of the range",
-       {0, 0xFFFFFFF0u, 0, 0xFFFFFFFFu},
-       2,
+      {"rect at the end of the range", {0, 0xFFFFFFF0u, 0, 0xFFFFFFFFu}, 2,
        {{0, 0xFFFFFFF0u, 0, 0xFFFFFFF7u}, {0, 0xFFFFFFF8u, 0, 0xFFFFFFFFu}}},
   };
+  // clang-format on
   for (const SplitCase& c : cases) {
     std::vector<ScriptedJob> jobs(c.count);
     const auto pointers = Pointers(jobs);
@@ -165,9 +167,7 @@ TEST(WorkerPoolTest, JobsBeyondTheWorkersGetNoFlagAndDoNotRun) {
   std::vector<ScriptedJob> jobs(3);
   runner.SetJobs(Pointers(jobs));
   EXPECT_TRUE(runner.RunJobs());
-  EXPECT_EQ(jobs[0].runs.load(), 1);
-  EXPECT_EQ(jobs[1].runs.load(), 1);
-  EXPECT_EQ(jobs[2].runs.load(), 0);
+  EXPECT_EQ(Runs(jobs), (std::vector<int>{1, 1, 0}));
   EXPECT_FALSE(jobs[2].got_flag);
 }
 
@@ -282,9 +282,7 @@ TEST(JobRunnerTest, WithoutAPoolJobsRunInOrderUntilOneFails) {
   runner.SetJobs(Pointers(jobs));
   EXPECT_FALSE(runner.RunJobs());
   EXPECT_TRUE(runner.Aborted());
-  EXPECT_EQ(jobs[0].runs.load(), 1);
-  EXPECT_EQ(jobs[1].runs.load(), 1);
-  EXPECT_EQ(jobs[2].runs.load(), 0);
+  EXPECT_EQ(Runs(jobs), (std::vector<int>{1, 1, 0}));
   EXPECT_EQ(jobs[0].thread, std::this_thread::get_id());
   EXPECT_FALSE(jobs[0].got_flag);
 }
