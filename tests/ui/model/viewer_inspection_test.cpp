@@ -3,15 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "app/app_state.h"
-#include "image/image_gray.h"
-#include "image/image_rgb.h"
-#include "support/image_builders.h"
-#include "support/recording_feedback.h"
 #include "ui/model/geometry_printers.h"
 #include "ui/model/readout.h"
 #include "ui/model/viewer_fixture.h"
-#include "ui/model/viewer_controller.h"
 
 namespace korvanel {
 namespace {
