@@ -38,13 +38,6 @@ TEST_F(ViewerInspectionTest, MovesFillTheStatusAndTheTab) {
   EXPECT_EQ(Tabs(), (std::vector<std::string>{"[1] a.raw"}));
 }
 
-TEST_F(ViewerInspectionTest, ANarrowStatusBarUsesTheShortOutOfRangeText) {
-  AddGray(64, 48, "a.raw");
-  host.status_width = 700;
-  controller.OnResize({700, 480});
-  EXPECT_EQ(Part0(), kOutOfRangeShortText);
-}
-
 TEST_F(ViewerInspectionTest, CompareModeReadsTheSameCoordinateFromEveryPartyImage) {
   AddRgb(64, 48, "a.raw");
   AddGray(16, 8, "b.raw");
