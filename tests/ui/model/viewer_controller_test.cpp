@@ -92,9 +92,7 @@ TEST_F(ViewerControllerTest, ZoomSetsTheSameZoomOnEveryPartyImage) {
   controller.OnResize(test::kImageArea);
   Press(Key::KeypadPlus);
   const FramePlan& plan = controller.PrepareFrame();
-  ASSERT_EQ(plan.panels.size(), 2u);
-  EXPECT_EQ(plan.panels[0].panel, (ScreenRect{10, 49, 389, 559}));
-  EXPECT_EQ(plan.panels[1].panel, (ScreenRect{410, 49, 789, 559}));
+  ASSERT_EQ(plan.panels.size(), 2u);  // where they lie is the layout's
   for (const PanelPlan& panel : plan.panels) EXPECT_EQ(panel.k, 2u);
   EXPECT_EQ(LastStatus().parts[kStatusModePart], "C");
 
