@@ -2,34 +2,22 @@
 
 #include <vector>
 
-#include "app/app_state.h"
-#include "image/image_gray.h"
-#include "support/image_builders.h"
-#include "support/recording_feedback.h"
 #include "support/temp_dir.h"
-#include "ui/model/recording_viewer_host.h"
-#include "ui/model/viewer_controller.h"
+#include "ui/model/viewer_fixture.h"
 
 namespace korvanel {
 namespace {
 
-constexpr Modifiers kCtrl{false, true, false};
-
-class DialogCommands : public ::testing::Test {
+class DialogCommands : public test::ViewerFixture {
  protected:
-  void AddGray() { app.RegisterImage(test::MakeImage<CImageGray>(8, 4, 2), "a.raw", "P,Y,8", false); }
-
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
+  void AddOne() { AddGray(4, 2, "a.raw"); }
 };
 
 TEST_F(DialogCommands, FilterKeysOpenTheDialogOnlyWithAnImage) {
   controller.Execute(Command::FilterDialog);
   controller.OnKey({Key::F, kCtrl});
   EXPECT_TRUE(host.dialogs.empty());
-  AddGray();
+  AddOne();
   controller.OnImagesChanged();
   controller.OnChar(U'f', {});
   // Ctrl+F before any accepted filter opens the dialog instead.
@@ -38,7 +26,7 @@ TEST_F(DialogCommands, FilterKeysOpenTheDialogOnlyWithAnImage) {
 }
 
 TEST_F(DialogCommands, CtrlFRepeatsTheAcceptedFilterAndShowsARefusal) {
-  AddGray();
+  AddOne();
   controller.OnImagesChanged();
   CFilterColorsManager& filter = controller.Dialogs().filter;
   filter.expression = "0-1";
@@ -53,7 +41,7 @@ TEST_F(DialogCommands, CtrlFRepeatsTheAcceptedFilterAndShowsARefusal) {
   EXPECT_TRUE(feedback.messages.empty());
 
   // The registry is full: the repeat is refused with the operation's box.
-  while (app.Images().Count() < 20) AddGray();
+  while (app.Images().Count() < 20) AddOne();
   controller.OnImagesChanged();
   controller.OnKey({Key::F, kCtrl});
   EXPECT_EQ(feedback.messages,
@@ -63,7 +51,7 @@ TEST_F(DialogCommands, CtrlFRepeatsTheAcceptedFilterAndShowsARefusal) {
 TEST_F(DialogCommands, RulerSettingsReachTheFocusViewAndKeepOffsetsInScreenMode) {
   controller.Execute(Command::RulerSettings);
   EXPECT_TRUE(host.dialogs.empty());
-  AddGray();
+  AddOne();
   controller.OnResize({800, 580});
   controller.OnChar(U'R', {});
   EXPECT_EQ(host.dialogs, (std::vector<DialogId>{DialogId::RulerSettings}));
@@ -114,7 +102,7 @@ TEST(DialogCommandsIEval, EReadsTheSavedListAgainUnlessReadAtStartOnly) {
 }
 
 TEST_F(DialogCommands, CtrlERepeatsTheLastRunOnTheFocusImage) {
-  AddGray();
+  AddOne();
   controller.OnImagesChanged();
   CImageEvalManager& ieval = controller.Dialogs().ieval;
   ieval.expression = "{255-i}";

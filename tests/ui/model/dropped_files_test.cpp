@@ -6,19 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "app/app_state.h"
-#include "image/image_gray.h"
-#include "support/image_builders.h"
-#include "support/recording_feedback.h"
 #include "support/temp_dir.h"
-#include "ui/model/recording_viewer_host.h"
-#include "ui/model/viewer_controller.h"
+#include "ui/model/viewer_fixture.h"
 
 namespace korvanel {
 namespace {
 
 // "*.y8" files are 4 x 2 grey, "*.q8" files 2 x 2; "*.any" matches nothing.
-class DroppedFilesTest : public ::testing::Test {
+class DroppedFilesTest : public test::ViewerFixture {
  protected:
   DroppedFilesTest() {
     EXPECT_TRUE(app.LoadFormats(dir.Write(
@@ -28,17 +23,8 @@ class DroppedFilesTest : public ::testing::Test {
     app.SetOpenRawPrompt(false);
   }
   std::string File(const char* name, size_t bytes) { return dir.Write(name, std::string(bytes, 'x')).string(); }
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (size_t i = 0; i < app.Images().Count(); ++i) names.push_back(app.Images().At(i).display_name);
-    return names;
-  }
 
   test::TempDir dir;
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
 };
 
 TEST_F(DroppedFilesTest, TwoEqualFilesMakeAPartyAndADiff) {
@@ -98,7 +84,7 @@ TEST_F(DroppedFilesTest, BadPathsSayWhyAndTheRegistryLimitHolds) {
                                    "[File doesn't exist]: Can't locate " + (dir / "folder").string(),
                                    "[File doesn't exist]: Can't locate " + fifo}));
 
-  for (int i = 0; i < 19; ++i) app.RegisterImage(test::MakeImage<CImageGray>(8, 4, 2), "n" + std::to_string(i), "P,Y,8", false);
+  for (int i = 0; i < 19; ++i) AddGray(4, 2, "n" + std::to_string(i));
   feedback.messages.clear();
   // The 20th opens; the 21st is refused, and no diff follows.
   controller.OnDrop({File("a.y8", 8), File("b.y8", 8)});

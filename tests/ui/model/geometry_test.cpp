@@ -51,14 +51,6 @@ TEST(ZoomSteps, SingleStepsAtTheBounds) {
   }
 }
 
-TEST(ZoomSteps, FitIsReachedBackFromBelowOneToOne) {
-  double zf = ZoomOut(ZoomOut(kFitZoom));  // 0.81
-  zf = ZoomIn(zf);                          // 0.9072
-  EXPECT_DOUBLE_EQ(zf, 0.81 * 1.12);
-  EXPECT_EQ(ZoomIn(zf), kFitZoom);  // 1.016 capped to 1 becomes fit
-  EXPECT_EQ(ZoomIn(ZoomIn(zf)), 1);
-}
-
 TEST(ZoomText, FitRatioOrFraction) {
   const std::pair<double, const char*> cases[] = {
       {0, "F2W"},     {1, "1:1"},     {15, "1:15"},  {100, "1:100"}, {2.4, "1:2"},

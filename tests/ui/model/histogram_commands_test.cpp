@@ -4,20 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "app/app_state.h"
-#include "image/image_gray.h"
-#include "image/image_rgb.h"
-#include "support/image_builders.h"
-#include "support/recording_feedback.h"
 #include "ui/model/geometry_printers.h"
 #include "ui/model/viewer_fixture.h"
-#include "ui/model/viewer_controller.h"
 
 namespace korvanel {
 namespace {
-
-constexpr Modifiers kCtrl{.ctrl = true};
-constexpr Modifiers kShift{.shift = true};
 
 // 16 x 16 grey, columns 0 1 2 3 0 1 2 3 ...: 64 pixels of each value.
 uint32_t Stripes(uint32_t x, uint32_t) { return x % 4; }
@@ -41,6 +32,10 @@ class HistogramCommandsTest : public test::ViewerFixture {
     }
     return lines;
   }
+  void StartStripes() {
+    AddStripes("a.raw");
+    Start();
+  }
   IImageContainer& Image(size_t index) { return *app.Images().At(index).image; }
   // Moves the cursor and lets the next frame see it.
   void Move(ScreenPoint p, Modifiers m = {}) {
@@ -50,8 +45,7 @@ class HistogramCommandsTest : public test::ViewerFixture {
 };
 
 TEST_F(HistogramCommandsTest, IShowsTheFocusImagesStatisticsAndHidesThemAgain) {
-  AddStripes("a.raw");
-  Start();
+  StartStripes();
   EXPECT_EQ(Shown(), std::vector<bool>{false});
   Press(Key::I);
   EXPECT_EQ(Shown(), std::vector<bool>{true});
@@ -107,8 +101,7 @@ TEST_F(HistogramCommandsTest, ATabClickTogglesThatImage) {
 }
 
 TEST_F(HistogramCommandsTest, LookKeysActOnlyWhileAnOverlayShows) {
-  AddStripes("a.raw");
-  Start();
+  StartStripes();
   Press(Key::B);
   Press(Key::B, kShift);
   Press(Key::B, kCtrl);
@@ -133,8 +126,7 @@ TEST_F(HistogramCommandsTest, LookKeysActOnlyWhileAnOverlayShows) {
 }
 
 TEST_F(HistogramCommandsTest, BeautifyRewritesTheLines) {
-  AddStripes("a.raw");
-  Start();
+  StartStripes();
   Press(Key::I);
   Press(Key::A);
   EXPECT_TRUE(host.menu[Command::ToggleBeautify].checked);
@@ -145,8 +137,7 @@ TEST_F(HistogramCommandsTest, BeautifyRewritesTheLines) {
 }
 
 TEST_F(HistogramCommandsTest, TheRoiLimitsTheStatisticsAndMaskedPixelsNeverCount) {
-  AddStripes("a.raw");
-  Start();
+  StartStripes();
   Press(Key::I);
   const uint64_t version = Frame().panels[0].histogram.data->version;
   Image(0).SetRegionOfInterest(Rect{0, 0, 1, 15});
@@ -182,8 +173,7 @@ TEST_F(HistogramCommandsTest, ThirtyTwoBitImagesCountByTheirTopSixteenBits) {
 }
 
 TEST_F(HistogramCommandsTest, HoveringABinShowsItsCountInTheTabAndCtrlLightsThePixelsBins) {
-  AddStripes("a.raw");
-  Start();
+  StartStripes();
   Press(Key::I);
   const PanelPlan panel = Frame().panels[0];
   const HistogramPlan& h = panel.histogram;
@@ -207,9 +197,8 @@ TEST_F(HistogramCommandsTest, HoveringABinShowsItsCountInTheTabAndCtrlLightsTheP
   EXPECT_TRUE(Frame().panels[0].histogram.lit.empty()) << "without Ctrl nothing is lit";
 }
 
-TEST_F(HistogramCommandsTest, HelpPagesShowTheirTextAndALeftReleaseHidesThem) {
-  AddStripes("a.raw");
-  Start();
+TEST_F(HistogramCommandsTest, HelpPagesShowTheirTextAndAButtonReleaseHidesThem) {
+  StartStripes();
   Press(Key::F1);
   controller.OnChar(U'3', {});
   const FramePlan& plan = Frame();
@@ -220,13 +209,15 @@ TEST_F(HistogramCommandsTest, HelpPagesShowTheirTextAndALeftReleaseHidesThem) {
   controller.OnLeftUp({5, 5});
   EXPECT_FALSE(controller.State().help_visible);
   EXPECT_EQ(Frame().help_text, nullptr);
+  Press(Key::F1);
+  controller.OnRightUp({100, 100});  // a right release hides them too
+  EXPECT_FALSE(controller.State().help_visible);
   controller.Execute(Command::HelpWindow);
   EXPECT_EQ(host.dialogs, std::vector<DialogId>{DialogId::HelpWindow});
 }
 
 TEST_F(HistogramCommandsTest, TheStatusReadoutEndsWithThePixelsBinCountAndAnRoiRecountsIt) {
-  AddStripes("a.raw");
-  Start();
+  StartStripes();
   const ScreenRect picture = Frame().panels[0].picture;
   const auto part0 = [&] { return host.statuses.back().parts[kStatusReadoutPart]; };
   Move({picture.left + 6, picture.top + 3});

@@ -7,13 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "app/app_state.h"
-#include "image/image_gray.h"
-#include "support/image_builders.h"
-#include "support/recording_feedback.h"
 #include "ui/model/readout.h"
-#include "ui/model/recording_viewer_host.h"
-#include "ui/model/viewer_controller.h"
+#include "ui/model/viewer_fixture.h"
 
 namespace korvanel {
 namespace {
@@ -54,27 +49,17 @@ class WatchingPhase : public TypingPhase {
   bool TakesCharacters() const override { return false; }
 };
 
-class InputPhaseTest : public ::testing::Test {
+class InputPhaseTest : public test::ViewerFixture {
  protected:
   InputPhaseTest() {
-    for (const char* name : {"a.raw", "b.raw"}) {
-      app.RegisterImage(test::MakeImage<CImageGray>(8, 16, 8), name, "P,Y,8", false);
-    }
+    AddGray(16, 8, "a.raw");
+    AddGray(16, 8, "b.raw");
     host.status_width = 400;
-    controller.OnResize({400, 280});
-    controller.PrepareFrame();
+    ViewerFixture::Start({400, 280});
   }
   bool Start() { return controller.StartPhase(std::make_unique<TypingPhase>(log), "busy"); }
-  void Type(std::u32string_view text) {
-    for (char32_t ch : text) controller.OnChar(ch, {});
-  }
-  const std::string& Part0() const { return host.statuses.back().parts[kStatusReadoutPart]; }
 
   std::vector<std::string> log;
-  test::RecordingFeedback feedback;
-  AppState app{feedback};
-  test::RecordingViewerHost host;
-  CViewerController controller{app, host, ViewerSettings{}};
 };
 
 TEST_F(InputPhaseTest, CharactersGoToThePhaseAndItsPromptShowsUntilItEnds) {

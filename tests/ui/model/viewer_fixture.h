@@ -16,12 +16,23 @@
 #include "support/image_builders.h"
 #include "support/recording_feedback.h"
 #include "ui/model/recording_viewer_host.h"
+#include "ui/model/text_metrics.h"
 #include "ui/model/viewer_controller.h"
 
 namespace korvanel::test {
 
 // The image area of the tests' window: one panel of 780 x 520.
 inline constexpr ScreenSize kImageArea{800, 580};
+
+// Every character four pixels wide and ten high, so captions and value
+// templates have known extents.
+class FixedMetrics : public ITextMetrics {
+ public:
+  int32_t Width(FontRole, std::string_view text) const override {
+    return 4 * static_cast<int32_t>(text.size());
+  }
+  int32_t Height(FontRole) const override { return 10; }
+};
 
 class ViewerFixture : public ::testing::Test {
  protected:
@@ -57,6 +68,11 @@ class ViewerFixture : public ::testing::Test {
   }
   const StatusFields& LastStatus() const { return host.statuses.back(); }
   const std::string& Part0() const { return LastStatus().parts[kStatusReadoutPart]; }
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (size_t i = 0; i < app.Images().Count(); ++i) names.push_back(app.Images().At(i).display_name);
+    return names;
+  }
   std::vector<std::string> Tabs() {
     std::vector<std::string> texts;
     for (const PanelPlan& panel : Frame().panels) texts.push_back(panel.tab.text);

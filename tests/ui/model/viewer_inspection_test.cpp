@@ -3,15 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "app/app_state.h"
-#include "image/image_gray.h"
-#include "image/image_rgb.h"
-#include "support/image_builders.h"
-#include "support/recording_feedback.h"
 #include "ui/model/geometry_printers.h"
 #include "ui/model/readout.h"
 #include "ui/model/viewer_fixture.h"
-#include "ui/model/viewer_controller.h"
 
 namespace korvanel {
 namespace {
@@ -42,13 +36,6 @@ TEST_F(ViewerInspectionTest, MovesFillTheStatusAndTheTab) {
   MoveTo({2, 2});  // left of every picture
   EXPECT_EQ(Part0(), kOutOfRangeText);
   EXPECT_EQ(Tabs(), (std::vector<std::string>{"[1] a.raw"}));
-}
-
-TEST_F(ViewerInspectionTest, ANarrowStatusBarUsesTheShortOutOfRangeText) {
-  AddGray(64, 48, "a.raw");
-  host.status_width = 700;
-  controller.OnResize({700, 480});
-  EXPECT_EQ(Part0(), kOutOfRangeShortText);
 }
 
 TEST_F(ViewerInspectionTest, CompareModeReadsTheSameCoordinateFromEveryPartyImage) {

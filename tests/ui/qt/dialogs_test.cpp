@@ -92,22 +92,18 @@ TEST_F(FilterDialogTest, OpensWithTheConfiguredValuesAndTheHistory) {
   EXPECT_EQ(dialog.windowTitle(), "Filter Colors");
 }
 
-TEST_F(FilterDialogTest, BadExpressionShowsItsBoxAndTheDialogStays) {
+TEST_F(FilterDialogTest, RefusalStaysAndGoodInputToANewImageAddsItAndCloses) {
   CFilterColorsManager manager({});
   CFilterDialog dialog(app, manager);
   dialog.show();
-  Child<CHistoryCombo>(dialog, "filter_expression").SetText("5-3");
+  auto& expression = Child<CHistoryCombo>(dialog, "filter_expression");
+  expression.SetText("5-3");
   dialog.accept();
   EXPECT_TRUE(dialog.isVisible());
   EXPECT_EQ(feedback.messages, (std::vector<std::string>{"[Colors parse error]: Please fix comp 1 token 1"}));
   EXPECT_EQ(app.Images().Count(), 1u);
-}
-
-TEST_F(FilterDialogTest, GoodInputToANewImageAddsItAndCloses) {
-  CFilterColorsManager manager({});
-  CFilterDialog dialog(app, manager);
-  dialog.show();
-  Child<CHistoryCombo>(dialog, "filter_expression").SetText("0-101");
+  feedback.messages.clear();
+  expression.SetText("0-101");
   Child<QCheckBox>(dialog, "apply_to_new").setChecked(true);
   dialog.accept();
   EXPECT_FALSE(dialog.isVisible());

@@ -42,6 +42,19 @@ QRect InkBox(const QImage& image, const QRect& area, const std::function<bool(QR
   return box;
 }
 
+// The base for `plan` at `dpr`, with the overlay painted over it when asked.
+QImage Render(const FramePlan& plan, const ConfigValues& config, qreal dpr, bool overlay) {
+  CFrameRenderer renderer(config);
+  renderer.SetDevicePixelRatio(dpr);
+  QImage base;
+  renderer.ComposeBase(plan, base);
+  if (overlay) {
+    QPainter painter(&base);
+    renderer.DrawOverlay(plan, painter);
+  }
+  return base;
+}
+
 bool Whitish(QRgb c) { return qRed(c) > 160 && qGreen(c) > 160 && qBlue(c) > 160; }
 bool Blackish(QRgb c) { return qRed(c) < 90 && qGreen(c) < 90 && qBlue(c) < 90; }
 bool Magentaish(QRgb c) { return qRed(c) > 160 && qGreen(c) < 90 && qBlue(c) > 160; }
@@ -83,22 +96,8 @@ class PanelRig {
     p.source = {0, 0, rendition_->width - 1, rendition_->height - 1};
   }
 
-  QImage Compose(qreal dpr = 1.0) {
-    CFrameRenderer renderer(config);
-    renderer.SetDevicePixelRatio(dpr);
-    QImage base;
-    renderer.ComposeBase(plan, base);
-    return base;
-  }
-  QImage ComposeWithOverlay(qreal dpr = 1.0) {
-    CFrameRenderer renderer(config);
-    renderer.SetDevicePixelRatio(dpr);
-    QImage base;
-    renderer.ComposeBase(plan, base);
-    QPainter painter(&base);
-    renderer.DrawOverlay(plan, painter);
-    return base;
-  }
+  QImage Compose() { return Render(plan, config, 1.0, false); }
+  QImage ComposeWithOverlay() { return Render(plan, config, 1.0, true); }
 
   ConfigValues config = DefaultConfig();
   FramePlan plan;
@@ -314,21 +313,14 @@ class NoImageRig {
     plan.no_image.show = true;
     plan.no_image.invitation = kNoImageInvitation;
   }
-  QImage Draw(qreal dpr = 1.0) {
-    CFrameRenderer renderer(DefaultConfig());
-    renderer.SetDevicePixelRatio(dpr);
-    QImage base;
-    renderer.ComposeBase(plan, base);
-    QPainter painter(&base);
-    renderer.DrawOverlay(plan, painter);
-    return base;
-  }
+  QImage Draw(qreal dpr = 1.0) { return Render(plan, DefaultConfig(), dpr, true); }
   FramePlan plan;
 };
 
-TEST(FrameRendererOverlay, NoImageAreaIsDarkRedWithTheInvitationCentredInWhite) {
+// The newer-version line shows only when there is one, below the invitation.
+TEST(FrameRendererOverlay, NoImageAreaIsDarkRedWithTheInvitationAndNewerVersionCentred) {
   NoImageRig rig;
-  const QImage base = rig.Draw();
+  QImage base = rig.Draw();
   EXPECT_EQ(base.pixel(0, 0), kDarkRed);
   EXPECT_EQ(base.pixel(599, 299), kDarkRed);
   const QRect text = InkBox(base, base.rect(), Whitish);
@@ -337,12 +329,9 @@ TEST(FrameRendererOverlay, NoImageAreaIsDarkRedWithTheInvitationCentredInWhite) 
   EXPECT_LE(std::abs(text.center().y() - 150), 4);
   EXPECT_GT(text.width(), 300) << "the whole line, not a fragment";
   EXPECT_TRUE(InkBox(base, base.rect(), Magentaish).isNull()) << "no newer-version line";
-}
 
-TEST(FrameRendererOverlay, NewerVersionLineIsMagentaCentredBelowTheInvitation) {
-  NoImageRig rig;
   rig.plan.no_image.newer_version = "Newer version 1.5 is available. Refer to Help menu";
-  const QImage base = rig.Draw();
+  base = rig.Draw();
   const QRect first = InkBox(base, base.rect(), Whitish);
   const QRect second = InkBox(base, base.rect(), Magentaish);
   ASSERT_FALSE(first.isNull());
