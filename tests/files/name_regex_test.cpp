@@ -21,7 +21,9 @@ TEST(NameRegex, WholeNameIgnoringCase) {
 TEST(NameRegex, NestedRepetitionOnALongNameDoesNotHang) {
   // Exponential for a backtracking engine: 2^60 ways to split the a's.
   test::CollectingSink log;
-  EXPECT_FALSE(MatchWholeName("(a*)*b", std::string(60, 'a') + "!", nullptr, log));
+  std::string many_a(60, 'a');
+  many_a += '!';
+  EXPECT_FALSE(MatchWholeName("(a*)*b", many_a, nullptr, log));
   EXPECT_TRUE(MatchWholeName("(a|aa)*", std::string(250, 'a'), nullptr, log));
   EXPECT_TRUE(log.lines.empty());
 }
@@ -30,7 +32,10 @@ TEST(NameRegex, RefusedPatternsSaySo) {
   test::CollectingSink log;
   EXPECT_FALSE(MatchWholeName("(a)\\1", "aa", nullptr, log));
   EXPECT_EQ(log.lines.back(), "Invalid regex [(a)\\1]");
-  EXPECT_FALSE(MatchWholeName(std::string(100, '(') + "a" + std::string(100, ')'), "a", nullptr, log));
+  std::string deep(100, '(');
+  deep += 'a';
+  deep.append(100, ')');
+  EXPECT_FALSE(MatchWholeName(deep, "a", nullptr, log));
   EXPECT_EQ(log.lines.back().rfind("Regex too complex (over 2048 characters, 64 nested groups or 1000 repeats) [(((", 0), 0u);
   EXPECT_FALSE(MatchWholeName(std::string(3000, 'a'), std::string(3000, 'a'), nullptr, log));
   EXPECT_EQ(log.lines.size(), 3u);
